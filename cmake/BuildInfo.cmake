@@ -1,0 +1,28 @@
+# Release parts and build facts that the version text shows. They are taken
+# at configure time; a new configure refreshes them.
+set(VEXLOAD_REL_MAJOR ${PROJECT_VERSION_MAJOR})
+set(VEXLOAD_REL_MINOR ${PROJECT_VERSION_MINOR})
+set(VEXLOAD_REL_MINOR_SUFFIX "")
+set(VEXLOAD_LOAD_MINOR ${PROJECT_VERSION_PATCH})
+set(VEXLOAD_LOAD_MINOR_SUFFIX "")
+set(VEXLOAD_BUILD_MINOR ${PROJECT_VERSION_TWEAK})
+
+cmake_host_system_information(RESULT VEXLOAD_BUILD_MACHINE QUERY HOSTNAME)
+if(DEFINED ENV{USER})
+  set(VEXLOAD_BUILD_USER "$ENV{USER}")
+else()
+  set(VEXLOAD_BUILD_USER "unknown")
+endif()
+execute_process(
+  COMMAND git rev-parse --short HEAD
+  WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+  OUTPUT_VARIABLE VEXLOAD_BUILD_REVISION
+  OUTPUT_STRIP_TRAILING_WHITESPACE
+  ERROR_QUIET)
+if(NOT VEXLOAD_BUILD_REVISION)
+  set(VEXLOAD_BUILD_REVISION "unknown")
+endif()
+string(TIMESTAMP VEXLOAD_BUILD_DATE "%Y-%m-%d %H:%M:%S" UTC)
+
+set(VEXLOAD_GENERATED_DIR ${PROJECT_BINARY_DIR}/generated)
+configure_file(${PROJECT_SOURCE_DIR}/common/buildInfo.h.in ${VEXLOAD_GENERATED_DIR}/buildInfo.h @ONLY)
