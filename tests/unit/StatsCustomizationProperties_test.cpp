@@ -19,24 +19,17 @@ TEST(StatsCustomizationPropertiesFromStore, HistogramShapeComesFromPlainStoreFie
     EXPECT_EQ(stats.getNumLatencyBuckets(), 1024u);
     EXPECT_EQ(stats.getLatencyGranularityFactor(), 11u);
     EXPECT_DOUBLE_EQ(stats.getLatencyWarmupInSec(), 0.5);
-    EXPECT_EQ(stats.getRateStatsInterval(), 1);
-    EXPECT_FALSE(stats.getWantPerMessageDetails());
-    EXPECT_EQ(stats.getPerMessageDetailsQueueDepth(), 0u);
 }
 
 TEST(StatsCustomizationPropertiesFromStore, OrderCheckKindsAndPriorityKindsStayApart) {
     CliProperties cli = makeStore();
     cli.setBooleanProperty(CliProperties::WANT_ORDER_CHECK_TOPIC_SEQUENCE_NUMBER, true);
     cli.setBooleanProperty(CliProperties::WANT_PER_PRI_THRU_STATS, true);
-    cli.setIntegerProperty(CliProperties::LATENCY_FIRST_TO_LAST_FANOUT, 4);
-    cli.setIntegerProperty(CliProperties::SUB_RATE_INTERVAL, 7);
     const StatsCustomizationProperties stats(cli);
     EXPECT_TRUE(stats.getWantOrderCheckTopicSequenceNumber());
     EXPECT_FALSE(stats.getWantOrderCheckPublisherStreamNumber());
     EXPECT_TRUE(stats.getWantPerPriorityStats());
     EXPECT_FALSE(stats.getWantPriorityStats());
-    EXPECT_EQ(stats.getFirstLastLatencyFanout(), 4);
-    EXPECT_EQ(stats.getRateStatsInterval(), 7);
 }
 
 TEST(StatsCustomizationPropertiesFromStore, StructuredMessageCheckFollowsFilesThenFlag) {
@@ -68,7 +61,6 @@ TEST(StatsCustomizationPropertiesRecord, DefaultRecordDiffersFromDefaultStore) {
     const StatsCustomizationProperties empty;
     EXPECT_EQ(empty.getRateStatsInterval(), 1);
     EXPECT_EQ(empty.getNumLatencyBuckets(), 0u);
-    EXPECT_DOUBLE_EQ(empty.getLatencyWarmupInSec(), 0.0);
     EXPECT_NE(empty.toString(), StatsCustomizationProperties(makeStore()).toString());
 }
 
