@@ -1,0 +1,113 @@
+// One ready-made message to publish. Lists of these are built before
+// publishing starts; a publish thread walks its own list and only touches
+// the attachment and the tool data mark of each message per send.
+//
+// Ownership and threads: a plain value; a list belongs to one publish
+// thread, so nothing locks. updateAttachmentForToolData and setRepublished
+// allocate nothing and may be used on the publish path.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "common/dataTypes.h"
+
+namespace zorvane::pubsub {
+
+class MsgProperties {
+  public:
+    // Empty texts, object type none, all weights 1.0, all flags false.
+    MsgProperties();
+
+    MsgProperties(const MsgProperties&) = default;
+    MsgProperties& operator=(const MsgProperties&) = default;
+    MsgProperties(MsgProperties&&) = default;
+    MsgProperties& operator=(MsgProperties&&) = default;
+    ~MsgProperties() = default;
+
+    // A copy on the heap; the caller owns it.
+    std::unique_ptr<MsgProperties> clone() const;
+
+    // Debug text with one headed section per part of the message.
+    std::string toString() const;
+
+    // Weight of this message when messages are drawn in random order: the
+    // product of its topic, queue and attachment weights.
+    double getAggregateProbabilityWeight() const {
+        return topicProbabilityWeight_m * queueProbabilityWeight_m * attachmentProbabilityWeight_m;
+    }
+
+    // Writes the bytes [begin, end) over the start of the attachment, which
+    // keeps its length: bytes that would go past its end are dropped, and a
+    // range with end before begin writes nothing.
+    void updateAttachmentForToolData(const char* begin, const char* end);
+
+    // Current length of the attachment, which jitter may have changed from
+    // the original size.
+    size_t getAttachmentSize() const { return attachment_m.size(); }
+
+    // ---- getters and setters ----
+
+    const std::string& getMsgBody() const { return msgBody_m; }
+    void setMsgBody(const std::string& value) { msgBody_m = value; }
+    const std::string& getAttachment() const { return attachment_m; }
+    void setAttachment(const std::string& value) { attachment_m = value; }
+    const std::string& getTopic() const { return topic_m; }
+    void setTopic(const std::string& value) { topic_m = value; }
+    const std::string& getQueue() const { return queue_m; }
+    void setQueue(const std::string& value) { queue_m = value; }
+    const std::string& getUserdata() const { return userdata_m; }
+    void setUserdata(const std::string& value) { userdata_m = value; }
+    const std::string& getPartitionKey() const { return partitionKey_m; }
+    void setPartitionKey(const std::string& value) { partitionKey_m = value; }
+    const std::string& getSdmMsgProps() const { return sdmMsgProps_m; }
+    void setSdmMsgProps(const std::string& value) { sdmMsgProps_m = value; }
+    // The republished mark of the tool data: set when a message id is sent
+    // again.
+    bool getRepublished() const { return republished_m; }
+    void setRepublished(bool value) { republished_m = value; }
+    PubSubMessageObjectType getMsgObjType() const { return msgObjType_m; }
+    void setMsgObjType(PubSubMessageObjectType value) { msgObjType_m = value; }
+    INT32 getOriginalAttachmentSize() const { return originalAttachmentSize_m; }
+    void setOriginalAttachmentSize(INT32 value) { originalAttachmentSize_m = value; }
+    double getTopicProbabilityWeight() const { return topicProbabilityWeight_m; }
+    void setTopicProbabilityWeight(double value) { topicProbabilityWeight_m = value; }
+    double getQueueProbabilityWeight() const { return queueProbabilityWeight_m; }
+    void setQueueProbabilityWeight(double value) { queueProbabilityWeight_m = value; }
+    double getAttachmentProbabilityWeight() const { return attachmentProbabilityWeight_m; }
+    void setAttachmentProbabilityWeight(double value) { attachmentProbabilityWeight_m = value; }
+    bool getWantRandomNoiseAttachmentContents() const {
+        return wantRandomNoiseAttachmentContents_m;
+    }
+    void setWantRandomNoiseAttachmentContents(bool value) {
+        wantRandomNoiseAttachmentContents_m = value;
+    }
+    bool getWantUniqueAttachmentContents() const { return wantUniqueAttachmentContents_m; }
+    void setWantUniqueAttachmentContents(bool value) { wantUniqueAttachmentContents_m = value; }
+    bool getAckImmediately() const { return ackImmediately_m; }
+    void setAckImmediately(bool value) { ackImmediately_m = value; }
+
+  private:
+    std::string msgBody_m;     // XML payload
+    std::string attachment_m;  // binary attachment
+    std::string topic_m;
+    std::string queue_m;
+    std::string userdata_m;
+    std::string partitionKey_m;
+    // Structured message descriptions and the tool data record belong to
+    // parts of the tool that do not exist yet. Until they do, the message
+    // carries the description in its text form and, of the tool data, the
+    // one mark the publisher sets on the message itself.
+    std::string sdmMsgProps_m;
+    bool republished_m;
+    PubSubMessageObjectType msgObjType_m;
+    INT32 originalAttachmentSize_m;  // before jitter changed it
+    double topicProbabilityWeight_m;
+    double queueProbabilityWeight_m;
+    double attachmentProbabilityWeight_m;
+    bool wantRandomNoiseAttachmentContents_m;
+    bool wantUniqueAttachmentContents_m;
+    bool ackImmediately_m;
+};
+
+}  // namespace zorvane::pubsub

@@ -1,0 +1,208 @@
+#include "common/ClientProperties.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/CliProperties.h"
+#include "common/PubSubException.h"
+
+namespace zorvane::pubsub {
+namespace {
+
+CliProperties makeStore() {
+    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
+}
+
+// A file of the given content, removed again at the end of the test.
+struct TempFile {
+    explicit TempFile(const std::string& content) {
+        std::ofstream(path_m, std::ios::binary) << content;
+    }
+    ~TempFile() { std::remove(path_m.c_str()); }
+    const std::string path_m =
+        ::testing::TempDir() + "clientPropsPassword." + std::to_string(getpid());
+};
+
+// Builds the record and returns the text of the exception it raises.
+std::string buildError(const CliProperties& cli) {
+    try {
+        ClientProperties props(cli);
+    } catch (const PubSubException& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+// ---- the store's keys land in the right fields ----
+
+TEST(ClientPropertiesFromStore, NeighbouringKeysAreNotMixedUp) {
+    // Keys with similar names and types get distinct values, so a field read
+    // from its neighbour's key shows.
+    CliProperties cli = makeStore();
+    cli.setIntegerProperty(CliProperties::CLIENT_DTO_LOCAL_PRIORITY, 3);
+    cli.setIntegerProperty(CliProperties::CLIENT_DTO_NETWORK_PRIORITY, 4);
+    cli.setIntegerProperty(CliProperties::SOCKET_RCV_BUF_SIZE, 1000);
+    cli.setIntegerProperty(CliProperties::SOCKET_SND_BUF_SIZE, 2000);
+    cli.setIntegerProperty(CliProperties::AD_PUB_WINDOW_SIZE, 11);
+    cli.setIntegerProperty(CliProperties::AD_SUB_WINDOW_SIZE, 12);
+    cli.setStringProperty(CliProperties::SSL_MAX_PROTOCOL_VERSION, "tlsv1.3");
+    cli.setBooleanProperty(CliProperties::WANT_SUB_MSG_QUEUE_FLUSH, true);
+    cli.setBooleanProperty(CliProperties::WANT_CLIENT_TASK_THREAD, true);
+
+    const ClientProperties props(cli);
+    using IntPair = std::pair<INT32, INT32>;
+    EXPECT_EQ(IntPair(props.getDtoLocalPri(), props.getDtoNetworkPri()), IntPair(3, 4));
+    EXPECT_EQ(IntPair(props.getSocketRcvBuf(), props.getSocketSndBuf()), IntPair(1000, 2000));
+    EXPECT_EQ(IntPair(props.getPubAckWinSize(), props.getSubAckWinSize()), IntPair(11, 12));
+    EXPECT_EQ(props.getMaxSslProtocolVersion() + "|" + props.getMinSslProtocolVersion(),
+              "tlsv1.3|");
+    EXPECT_TRUE(props.getWantSubMsgQueueFlush() && !props.getSubMsgQueueReverse());
+    EXPECT_TRUE(props.getWantClientTaskThread() && !props.getWantClientAckThread());
+}
+
+TEST(ClientPropertiesFromStore, ReflectTopicIsFirstTopicOfFirstGroup) {
+    CliProperties cli = makeStore();
+    cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{"a", "b"}, {"c"}});
+    EXPECT_EQ(ClientProperties(cli).getClientReflectTopic(), "a");
+    cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{}});
+    EXPECT_EQ(ClientProperties(cli).getClientReflectTopic(), "");
+}
+
+// ---- maximum flows from temporary endpoints ----
+
+TEST(ClientPropertiesMaxFlows, TemporaryEndpointsAskForOneFlowMore) {
+    struct Case {
+        INT32 topicEndpoints;
+        INT32 queueEndpoints;
+        INT32 maxFlows;
+    };
+    const Case cases[] = {
+        {0, 0, -1}, {500, 0, 501}, {0, 3, 4}, {5, 6, 6}, {5, 7, 8}, {5, 2, 6}, {-4, 0, -1},
+    };
+    for (const Case& c : cases) {
+        CliProperties cli = makeStore();
+        cli.setIntegerProperty(CliProperties::NUM_TEMP_TOPIC_ENDPOINTS, c.topicEndpoints);
+        cli.setIntegerProperty(CliProperties::NUM_TEMP_QUEUE_ENDPOINTS, c.queueEndpoints);
+        EXPECT_EQ(ClientProperties(cli).getMaxFlows(), c.maxFlows)
+            << "tte " << c.topicEndpoints << " tqe " << c.queueEndpoints;
+    }
+}
+
+// ---- password ----
+
+TEST(ClientPropertiesPassword, FileContentIsTakenWholeLineEndAndBinaryIncluded) {
+    const std::string content("s3cret\0\r\n", 9);
+    TempFile file(content);
+    CliProperties cli = makeStore();
+    cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, file.path_m);
+    EXPECT_EQ(ClientProperties(cli).getPassword(), content);
+}
+
+TEST(ClientPropertiesPassword, ExplicitPasswordWinsAndFileIsNotOpened) {
+    CliProperties cli = makeStore();
+    cli.setStringProperty(CliProperties::CLIENT_PASSWORD, "given");
+    cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, "/nonexistent/dir/password");
+    EXPECT_EQ(ClientProperties(cli).getPassword(), "given");
+}
+
+TEST(ClientPropertiesPassword, FileErrorsNameTheFile) {
+    CliProperties cli = makeStore();
+    cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, "/nonexistent/dir/password");
+    EXPECT_EQ(buildError(cli), "File not found. /nonexistent/dir/password");
+    cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, "/tmp");
+    EXPECT_EQ(buildError(cli), "File could not be read. /tmp");
+}
+
+// ---- names ----
+
+TEST(ClientPropertiesNames, WithoutPrefixNamesUseDefaultRootAndIdsAreDigitsOnly) {
+    const ClientProperties props(makeStore());
+    EXPECT_EQ(props.generateClientName(2), "perf_client000002");
+    EXPECT_EQ(props.generateClientIdStr(1), "000001");
+    EXPECT_EQ(props.generateClientUsername(3), "perf_client000003");
+}
+
+TEST(ClientPropertiesNames, PrefixReplacesRootAndWideIndexesKeepAllDigits) {
+    CliProperties cli = makeStore();
+    cli.setStringProperty(CliProperties::CLIENT_NAME_PREFIX, "abc");
+    const ClientProperties props(cli);
+    EXPECT_EQ(props.generateClientName(42), "abc000042");
+    EXPECT_EQ(props.generateClientIdStr(42), "abc000042");
+    EXPECT_EQ(props.generateClientName(1234567), "abc1234567");
+}
+
+TEST(ClientPropertiesNames, ConfiguredUserNameIsSharedWithoutIndex) {
+    CliProperties cli = makeStore();
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 3);
+    cli.setStringProperty(CliProperties::CLIENT_USERNAME, "me");
+    const ClientProperties props(cli);
+    EXPECT_EQ(props.generateClientUsername(1) + props.generateClientUsername(3), "meme");
+}
+
+// ---- setters with checks, copies ----
+
+TEST(ClientPropertiesRecord, NumClientsBelowOneIsRefused) {
+    ClientProperties props(makeStore());
+    EXPECT_THROW(props.setNumClients(-5), std::invalid_argument);
+    try {
+        props.setNumClients(0);
+    } catch (const std::invalid_argument& e) {
+        EXPECT_STREQ(e.what(), "num clients < 1");
+    }
+    EXPECT_EQ(props.getNumClients(), 1);
+}
+
+TEST(ClientPropertiesRecord, CloneIsIndependentAndComplete) {
+    CliProperties cli = makeStore();
+    cli.setStringProperty(CliProperties::CLIENT_NAME_PREFIX, "abc");
+    cli.setVectorProperty(CliProperties::EXTRA_PROPS_LIST, {"SESSION_MAX_FLOWS", "501"});
+    cli.setIntegerProperty(CliProperties::NUM_TEMP_TOPIC_ENDPOINTS, 9);
+    const ClientProperties original(cli);
+
+    std::unique_ptr<ClientProperties> copy = original.clone();
+    EXPECT_EQ(copy->toString(), original.toString());
+
+    copy->setClientPrefix("xyz");
+    copy->setExtraPropsList({});
+    copy->setMaxFlows(2);
+    EXPECT_EQ(original.generateClientName(1), "abc000001");
+    EXPECT_EQ(original.getExtraPropsList().size(), 2u);
+    EXPECT_EQ(original.getMaxFlows(), 10);
+}
+
+// ---- debug text ----
+
+TEST(ClientPropertiesText, ToStringHasEveryLabelInOrder) {
+    CliProperties cli = makeStore();
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 3);
+    cli.setStringProperty(CliProperties::CLIENT_IP_ADDR, "tcp://10.0.0.1:55555");
+    cli.setVectorProperty(CliProperties::EXTRA_PROPS_LIST, {"A", "1", "B", "2"});
+    cli.setVectorMapInt32Uint64Property(CliProperties::SUB_ORDER_OFFSETS,
+                                        {{{1, 11}, {2, 10}}, {{1, 10}}});
+    cli.setBooleanProperty(CliProperties::WANT_CLIENT_TASK_THREAD, true);
+    const std::string text = ClientProperties(cli).toString();
+
+    EXPECT_EQ(text.rfind("{\n  number clients         = 3\n"
+                         "  Host                   = tcp://10.0.0.1:55555\n",
+                         0),
+              0u);
+    EXPECT_NE(text.find("\n  Extra props list len   = 4\n"), std::string::npos);
+    EXPECT_NE(text.find("\n  Sub Order Offsets      = 1@11,2@10 ; 1@10\n"), std::string::npos);
+    const std::string tail = "  Want Client Task Thread       = 1\n}";
+    ASSERT_GE(text.size(), tail.size());
+    EXPECT_EQ(text.substr(text.size() - tail.size()), tail);
+
+    // 95 labelled lines after the opening brace's line.
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 96);
+}
+
+}  // namespace
+}  // namespace zorvane::pubsub

@@ -1,0 +1,200 @@
+#include "common/PublishProperties.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/CliProperties.h"
+#include "common/Log.h"
+#include "common/PubSubException.h"
+
+namespace zorvane::pubsub {
+namespace {
+
+CliProperties makeStore() {
+    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
+}
+
+// Log lines the record writes, caught instead of the library's logger.
+std::vector<std::pair<int, std::string>> logLines_s;
+const int captureLevel_s = log::LEVEL_DEBUG;
+
+void captureLog(int /*category*/, int level, const char* /*file*/, int /*line*/, const char* format,
+                ...) {
+    char text[512];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    logLines_s.emplace_back(level, text);
+}
+
+class PublishPropertiesLog : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        logLines_s.clear();
+        log::attach(&captureLevel_s, &captureLog);
+    }
+    void TearDown() override { log::detach(); }
+};
+
+// ---- built from the store ----
+
+TEST(PublishPropertiesFromStore, RunWithoutTopicsHasOneEmptyGroup) {
+    const PublishProperties props(makeStore());
+    EXPECT_EQ(props.getTopicsArray(), std::vector<std::vector<std::string>>(1));
+    EXPECT_EQ(props.getTopicsWeightsArray(), std::vector<std::vector<double>>(1));
+}
+
+TEST(PublishPropertiesFromStore, StoreDefaultsDifferFromTheEmptyRecord) {
+    const PublishProperties fromStore(makeStore());
+    const PublishProperties empty;
+    // The store's class of service is "not set"; an empty record has class 1.
+    EXPECT_EQ(fromStore.getCos(), PUBSUB_COS_NO);
+    EXPECT_EQ(empty.getCos(), PUBSUB_COS_1);
+    EXPECT_TRUE(empty.getTopicsArray().empty());
+    // Absent random size keys read as 0 and so mean no random sizing.
+    EXPECT_EQ(fromStore.getAttachSizeMin(), -1);
+    EXPECT_EQ(fromStore.getAttachSizeMax(), -1);
+}
+
+// ---- messages per publish thread ----
+
+TEST_F(PublishPropertiesLog, MessagesPerThreadAreCutTwiceAndOnlyTheClientCutWarns) {
+    struct Case {
+        INT64 numMsgs;
+        INT32 numClients;
+        INT32 numPubs;
+        INT64 perThread;
+        bool warns;
+    };
+    const Case cases[] = {
+        {0, 1, 1, 0, false}, {10, 3, 1, 3, true},   {10, 2, 2, 2, false},
+        {7, 1, 2, 3, false}, {100, 4, 3, 8, false}, {1000001, 2, 1, 500000, true},
+    };
+    for (const Case& c : cases) {
+        logLines_s.clear();
+        CliProperties cli = makeStore();
+        cli.setInt64Property(CliProperties::NUM_MSGS_TO_PUBLISH, c.numMsgs);
+        cli.setIntegerProperty(CliProperties::NUM_CLIENTS, c.numClients);
+        cli.setIntegerProperty(CliProperties::NUM_PUBS_PER_SESSION, c.numPubs);
+        EXPECT_EQ(PublishProperties(cli).getNumMsgsPerClient(), c.perThread) << c.numMsgs;
+        EXPECT_EQ(logLines_s.size(), c.warns ? 1u : 0u) << c.numMsgs;
+    }
+    ASSERT_EQ(logLines_s.size(), 1u);  // from the last case
+    EXPECT_EQ(logLines_s[0].first, log::LEVEL_WARNING);
+    EXPECT_EQ(logLines_s[0].second,
+              "Invalid values for -mn and -cc.  The -mn value must be evenly divisible by -cc");
+}
+
+TEST_F(PublishPropertiesLog, ZeroClientsIsLoggedAndStopsTheBuild) {
+    CliProperties cli = makeStore();
+    cli.setInt64Property(CliProperties::NUM_MSGS_TO_PUBLISH, 10);
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 0);
+    EXPECT_THROW(PublishProperties props(cli), PubSubException);
+    ASSERT_EQ(logLines_s.size(), 1u);
+    EXPECT_EQ(logLines_s[0], std::make_pair(static_cast<int>(log::LEVEL_ERROR),
+                                            std::string("Invalid value for -cc")));
+
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 1);
+    cli.setIntegerProperty(CliProperties::NUM_PUBS_PER_SESSION, 0);
+    EXPECT_THROW(PublishProperties props(cli), PubSubException);
+}
+
+// ---- derived fields ----
+
+TEST(PublishPropertiesDerived, ObjectTypePatternTakesKnownLettersInOrder) {
+    CliProperties cli = makeStore();
+    cli.setStringProperty(CliProperties::MSG_OBJ_TYPE_PATTERN, "tsbbms");
+    EXPECT_EQ(PublishProperties(cli).getMsgObjTypeList(),
+              (std::vector<PubSubMessageObjectType>{
+                  PUBSUB_MSG_OBJ_TYPE_TEXT, PUBSUB_MSG_OBJ_TYPE_STREAM, PUBSUB_MSG_OBJ_TYPE_BYTES,
+                  PUBSUB_MSG_OBJ_TYPE_BYTES, PUBSUB_MSG_OBJ_TYPE_MAP, PUBSUB_MSG_OBJ_TYPE_STREAM}));
+
+    PublishProperties props;
+    props.setMsgObjTypeList("xB-m?T");
+    EXPECT_EQ(props.getMsgObjTypeList(),
+              (std::vector<PubSubMessageObjectType>{
+                  PUBSUB_MSG_OBJ_TYPE_BYTES, PUBSUB_MSG_OBJ_TYPE_MAP, PUBSUB_MSG_OBJ_TYPE_TEXT}));
+}
+
+TEST(PublishPropertiesDerived, ZeroRandomSizeRangeMeansNoRandomSizes) {
+    CliProperties cli = makeStore();
+    cli.setInt64Property(CliProperties::RANDOM_ATTACH_SIZE_MIN, 0);
+    cli.setInt64Property(CliProperties::RANDOM_ATTACH_SIZE_MAX, 0);
+    EXPECT_EQ(PublishProperties(cli).getAttachSizeMin(), -1);
+
+    cli.setInt64Property(CliProperties::RANDOM_ATTACH_SIZE_MAX, 100);
+    const PublishProperties ranged(cli);
+    EXPECT_EQ(ranged.getAttachSizeMin(), 0);
+    EXPECT_EQ(ranged.getAttachSizeMax(), 100);
+}
+
+TEST(PublishPropertiesDerived, OrderOffsetIsTakenOnlyForAKnownStream) {
+    CliProperties cli = makeStore();
+    cli.setIntegerProperty(CliProperties::PUB_ORDER_OFFSET, 5);
+    cli.setMapIntIntProperty(CliProperties::PUB_ORDER_OFFSETS, {{1, 10}, {3, 11}});
+    PublishProperties props(cli);
+    props.setOrderOffsetToThatOfGivenPublisherStream(2);
+    EXPECT_EQ(props.getOrderOffset(), 5);
+    props.setOrderOffsetToThatOfGivenPublisherStream(3);
+    EXPECT_EQ(props.getOrderOffset(), 11);
+    props.setOrderOffsetToThatOfGivenPublisherStream(7);
+    EXPECT_EQ(props.getOrderOffset(), 11);
+}
+
+TEST(PublishPropertiesDerived, PriorityListMeansAPrioritySource) {
+    CliProperties cli = makeStore();
+    cli.setIntVectorProperty(CliProperties::PUB_PRIORITY_LIST, {0, 50, 9, 50});
+    const PublishProperties props(cli);
+    EXPECT_TRUE(props.hasMessagePriorityGenerator());
+    EXPECT_NE(props.toString().find("\n  Pub Priority Generator = YES\n}"), std::string::npos);
+    EXPECT_NE(PublishProperties(makeStore()).toString().find("\n  Pub Priority Generator = NO\n}"),
+              std::string::npos);
+}
+
+// ---- copies and text ----
+
+TEST(PublishPropertiesRecord, CloneIsIndependentAndComplete) {
+    CliProperties cli = makeStore();
+    cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{"a"}});
+    cli.setMapIntIntProperty(CliProperties::PUB_ORDER_OFFSETS, {{1, 10}});
+    cli.setIntVectorProperty(CliProperties::PUB_PRIORITY_LIST, {1, 1});
+    const PublishProperties original(cli);
+    std::unique_ptr<PublishProperties> copy = original.clone();
+    EXPECT_EQ(copy->toString(), original.toString());
+
+    copy->setTopicsArray({{"x"}, {"y"}});
+    copy->setOrderOffsetToThatOfGivenPublisherStream(1);
+    copy->setMessagePriorityList({});
+    EXPECT_EQ(original.getTopicsArray(), (std::vector<std::vector<std::string>>{{"a"}}));
+    EXPECT_EQ(original.getOrderOffset(), 0);
+    EXPECT_TRUE(original.hasMessagePriorityGenerator());
+}
+
+TEST(PublishPropertiesRecord, ToStringListsEveryTopicGroup) {
+    CliProperties cli = makeStore();
+    cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{"a", "b", "c"}, {"d"}});
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 2);
+    cli.setInt64Property(CliProperties::NUM_MSGS_TO_PUBLISH, 8);
+    const std::string text = PublishProperties(cli).toString();
+    EXPECT_EQ(text.rfind("{\n  Xml msg List Size      = 0\n  Attachment List Size   = 0\n"
+                         "  Topics Array Size       = 2\n"
+                         "    Topics List [0] size = 3\n"
+                         "    Topics List [1] size = 1\n"
+                         "  Queues List Size       = 0\n"
+                         "  Msg Type               = 2\n",
+                         0),
+              0u);
+    EXPECT_NE(text.find("\n  Num Msgs               = 4\n"), std::string::npos);
+    // The brace, 45 labelled lines, 2 group lines, the priority line.
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 45 + 2 + 1);
+}
+
+}  // namespace
+}  // namespace zorvane::pubsub

@@ -1,0 +1,82 @@
+#include "common/StatsCustomizationProperties.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "common/CliProperties.h"
+
+namespace zorvane::pubsub {
+namespace {
+
+CliProperties makeStore() {
+    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
+}
+
+TEST(StatsCustomizationPropertiesFromStore, HistogramShapeComesFromPlainStoreFields) {
+    const StatsCustomizationProperties stats(makeStore());
+    EXPECT_EQ(stats.getNumLatencyBuckets(), 1024u);
+    EXPECT_EQ(stats.getLatencyGranularityFactor(), 11u);
+    EXPECT_DOUBLE_EQ(stats.getLatencyWarmupInSec(), 0.5);
+}
+
+TEST(StatsCustomizationPropertiesFromStore, OrderCheckKindsAndPriorityKindsStayApart) {
+    CliProperties cli = makeStore();
+    cli.setBooleanProperty(CliProperties::WANT_ORDER_CHECK_TOPIC_SEQUENCE_NUMBER, true);
+    cli.setBooleanProperty(CliProperties::WANT_PER_PRI_THRU_STATS, true);
+    const StatsCustomizationProperties stats(cli);
+    EXPECT_TRUE(stats.getWantOrderCheckTopicSequenceNumber());
+    EXPECT_FALSE(stats.getWantOrderCheckPublisherStreamNumber());
+    EXPECT_TRUE(stats.getWantPerPriorityStats());
+    EXPECT_FALSE(stats.getWantPriorityStats());
+}
+
+TEST(StatsCustomizationPropertiesFromStore, StructuredMessageCheckFollowsFilesThenFlag) {
+    CliProperties cli = makeStore();
+    EXPECT_FALSE(StatsCustomizationProperties(cli).getWantStructMsgCheck());
+
+    // "-sdm" with an empty list: the flag alone asks for the check.
+    cli.setBooleanProperty(CliProperties::SDM_AUTO_GEN_FLAG, true);
+    StatsCustomizationProperties flagOnly(cli);
+    EXPECT_TRUE(flagOnly.getWantStructMsgCheck());
+    EXPECT_TRUE(flagOnly.getSdmPropsFileList().empty());
+
+    // Files win over a false flag.
+    cli.setBooleanProperty(CliProperties::SDM_AUTO_GEN_FLAG, false);
+    cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {"a.sdm", "b.sdm"});
+    StatsCustomizationProperties withFiles(cli);
+    EXPECT_TRUE(withFiles.getWantStructMsgCheck());
+    EXPECT_EQ(withFiles.getSdmPropsFileList(), (std::vector<std::string>{"a.sdm", "b.sdm"}));
+}
+
+TEST(StatsCustomizationPropertiesFromStore, NamingACacheTurnsOnCacheStats) {
+    CliProperties cli = makeStore();
+    EXPECT_FALSE(StatsCustomizationProperties(cli).getWantCacheMsgStats());
+    cli.setStringProperty(CliProperties::CACHE_PROP_NAME, "dc1");
+    EXPECT_TRUE(StatsCustomizationProperties(cli).getWantCacheMsgStats());
+}
+
+TEST(StatsCustomizationPropertiesRecord, DefaultRecordDiffersFromDefaultStore) {
+    const StatsCustomizationProperties empty;
+    EXPECT_EQ(empty.getRateStatsInterval(), 1);
+    EXPECT_EQ(empty.getNumLatencyBuckets(), 0u);
+    EXPECT_NE(empty.toString(), StatsCustomizationProperties(makeStore()).toString());
+}
+
+TEST(StatsCustomizationPropertiesRecord, CloneIsIndependentAndComplete) {
+    CliProperties cli = makeStore();
+    cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {"a.sdm"});
+    cli.setBooleanProperty(CliProperties::WANT_LATENCY_MEASUREMENT, true);
+    const StatsCustomizationProperties original(cli);
+    std::unique_ptr<StatsCustomizationProperties> copy = original.clone();
+    EXPECT_EQ(copy->toString(), original.toString());
+
+    copy->setSdmPropsFileList({});
+    copy->setWantLatency(false);
+    EXPECT_EQ(original.getSdmPropsFileList().size(), 1u);
+    EXPECT_TRUE(original.getWantLatency());
+}
+
+}  // namespace
+}  // namespace zorvane::pubsub
