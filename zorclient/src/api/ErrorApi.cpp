@@ -1,0 +1,217 @@
+// Error info and the names of codes, events and statistics.
+//
+// The name tables are switches without a default: the compiler then reports any enumerator
+// that has no name, and a repeated value cannot slip in twice. Names come from the constants
+// themselves through the preprocessor, so a name cannot drift from its constant.
+#include "api/LastError.h"
+#include "zorClient.h"
+
+using namespace zorvane::zorclient;
+
+#define ZC_NAME_OF(constant) \
+    case constant:           \
+        return #constant;
+#define ZC_SUBCODE(suffix) ZC_NAME_OF(ZORCLIENT_SUBCODE_##suffix)
+#define ZC_EVENT(suffix)                   \
+    case ZORCLIENT_SESSION_EVENT_##suffix: \
+        return #suffix;
+#define ZC_RX_STAT(suffix)            \
+    case ZORCLIENT_STATS_RX_##suffix: \
+        return "RX_" #suffix;
+#define ZC_TX_STAT(suffix)            \
+    case ZORCLIENT_STATS_TX_##suffix: \
+        return "TX_" #suffix;
+
+extern "C" {
+
+zorClient_errorInfo_pt zorClient_getLastErrorInfo(void) {
+    return &LastError::get();
+}
+
+const char* zorClient_returnCodeToString(zorClient_returnCode_t returnCode) {
+    switch (returnCode) {
+        ZC_NAME_OF(ZORCLIENT_OK)
+        ZC_NAME_OF(ZORCLIENT_WOULD_BLOCK)
+        ZC_NAME_OF(ZORCLIENT_IN_PROGRESS)
+        ZC_NAME_OF(ZORCLIENT_NOT_READY)
+        ZC_NAME_OF(ZORCLIENT_EOS)
+        ZC_NAME_OF(ZORCLIENT_NOT_FOUND)
+        ZC_NAME_OF(ZORCLIENT_NOEVENT)
+        ZC_NAME_OF(ZORCLIENT_INCOMPLETE)
+        ZC_NAME_OF(ZORCLIENT_ROLLBACK)
+        ZC_NAME_OF(ZORCLIENT_FAIL)
+    }
+    return "Unknown return code";
+}
+
+const char* zorClient_subCodeToString(zorClient_subCode_t subCode) {
+    switch (subCode) {
+        ZC_SUBCODE(OK)
+        ZC_SUBCODE(PARAM_OUT_OF_RANGE)
+        ZC_SUBCODE(PARAM_NULL_PTR)
+        ZC_SUBCODE(PARAM_CONFLICT)
+        ZC_SUBCODE(INSUFFICIENT_SPACE)
+        ZC_SUBCODE(OUT_OF_RESOURCES)
+        ZC_SUBCODE(INTERNAL_ERROR)
+        ZC_SUBCODE(OUT_OF_MEMORY)
+        ZC_SUBCODE(INIT_NOT_CALLED)
+        ZC_SUBCODE(NOT_SUPPORTED)
+        ZC_SUBCODE(INVALID_HANDLE)
+        ZC_SUBCODE(OS_ERROR)
+        ZC_SUBCODE(TIMEOUT)
+        ZC_SUBCODE(SESSION_NOT_ESTABLISHED)
+        ZC_SUBCODE(COMMUNICATION_ERROR)
+        ZC_SUBCODE(INVALID_SESSION_OPERATION)
+        ZC_SUBCODE(INVALID_FLOW_OPERATION)
+        ZC_SUBCODE(FLOW_UNBOUND)
+        ZC_SUBCODE(TOO_MANY_SESSIONS)
+        ZC_SUBCODE(TOO_MANY_FLOWS)
+        ZC_SUBCODE(INVALID_TOPIC_SYNTAX)
+        ZC_SUBCODE(TOPIC_TOO_LARGE)
+        ZC_SUBCODE(USER_DATA_TOO_LARGE)
+        ZC_SUBCODE(MESSAGE_TOO_BIG)
+        ZC_SUBCODE(NO_SUBSCRIPTION_MATCH)
+        ZC_SUBCODE(SUBSCRIPTION_ALREADY_PRESENT)
+        ZC_SUBCODE(SUBSCRIPTION_NOT_FOUND)
+        ZC_SUBCODE(LOGIN_FAILURE)
+        ZC_SUBCODE(CLIENT_NAME_ALREADY_IN_USE)
+        ZC_SUBCODE(UNKNOWN_CLIENT_NAME)
+        ZC_SUBCODE(PERMISSION_NOT_ALLOWED)
+        ZC_SUBCODE(UNKNOWN_QUEUE_NAME)
+        ZC_SUBCODE(UNKNOWN_TE_NAME)
+        ZC_SUBCODE(ENDPOINT_ALREADY_EXISTS)
+        ZC_SUBCODE(ENDPOINT_DELETED)
+        ZC_SUBCODE(QUOTA_EXCEEDED)
+        ZC_SUBCODE(INVALID_SELECTOR)
+        ZC_SUBCODE(OUTCOME_NOT_ENABLED)
+        ZC_SUBCODE(UNKNOWN_MESSAGE_ID)
+        ZC_SUBCODE(COMMIT_STATUS_UNKNOWN)
+        ZC_SUBCODE(TRANSACTION_ROLLED_BACK)
+        ZC_SUBCODE(UNKNOWN_TRANSACTED_SESSION)
+        ZC_SUBCODE(REPLAY_START_NOT_AVAILABLE)
+        ZC_SUBCODE(MESSAGE_ID_NOT_COMPARABLE)
+        ZC_SUBCODE(FIELD_TYPE_MISMATCH)
+        ZC_SUBCODE(MALFORMED_DATA)
+        ZC_SUBCODE(CACHE_ERROR_RESPONSE)
+        ZC_SUBCODE(CACHE_NO_DATA)
+        ZC_SUBCODE(CACHE_SUSPECT_DATA)
+        ZC_SUBCODE(CACHE_TIMEOUT)
+        ZC_SUBCODE(UNKNOWN_FLOW_NAME)
+        ZC_SUBCODE(REPLICATION_IS_STANDBY)
+        ZC_SUBCODE(CACHE_REQUEST_CANCELLED)
+    }
+    return "Unknown subcode";
+}
+
+const char* zorClient_session_eventToString(zorClient_session_event_t sessionEvent) {
+    switch (sessionEvent) {
+        ZC_EVENT(UP_NOTICE)
+        ZC_EVENT(DOWN_ERROR)
+        ZC_EVENT(CONNECT_FAILED_ERROR)
+        ZC_EVENT(REJECTED_MSG_ERROR)
+        ZC_EVENT(SUBSCRIPTION_ERROR)
+        ZC_EVENT(RX_MSG_TOO_BIG_ERROR)
+        ZC_EVENT(ACKNOWLEDGEMENT)
+        ZC_EVENT(ASSURED_PUBLISHING_UP)
+        ZC_EVENT(ASSURED_DELIVERY_DOWN)
+        ZC_EVENT(TE_UNSUBSCRIBE_ERROR)
+        ZC_EVENT(TE_UNSUBSCRIBE_OK)
+        ZC_EVENT(CAN_SEND)
+        ZC_EVENT(RECONNECTING_NOTICE)
+        ZC_EVENT(RECONNECTED_NOTICE)
+        ZC_EVENT(PROVISION_ERROR)
+        ZC_EVENT(PROVISION_OK)
+        ZC_EVENT(SUBSCRIPTION_OK)
+        ZC_EVENT(VIRTUAL_ROUTER_NAME_CHANGED)
+        ZC_EVENT(MODIFYPROP_OK)
+        ZC_EVENT(MODIFYPROP_FAIL)
+        ZC_EVENT(REPUBLISH_UNACKED_MESSAGES)
+    }
+    return "Unknown session event";
+}
+
+const char* zorClient_rxStatToString(zorClient_stats_rx rxStat) {
+    switch (rxStat) {
+        ZC_RX_STAT(DIRECT_BYTES)
+        ZC_RX_STAT(DIRECT_MSGS)
+        ZC_RX_STAT(READS)
+        ZC_RX_STAT(DISCARD_IND)
+        ZC_RX_STAT(DISCARD_QWF_UNKNOWN_ELEMENT)
+        ZC_RX_STAT(DISCARD_MSG_TOO_BIG)
+        ZC_RX_STAT(ACKED)
+        ZC_RX_STAT(DISCARD_DUPLICATE)
+        ZC_RX_STAT(DISCARD_NO_MATCHING_FLOW)
+        ZC_RX_STAT(DISCARD_OUTOFORDER)
+        ZC_RX_STAT(PERSISTENT_BYTES)
+        ZC_RX_STAT(PERSISTENT_MSGS)
+        ZC_RX_STAT(NONPERSISTENT_BYTES)
+        ZC_RX_STAT(NONPERSISTENT_MSGS)
+        ZC_RX_STAT(CTL_MSGS)
+        ZC_RX_STAT(CTL_BYTES)
+        ZC_RX_STAT(TOTAL_DATA_BYTES)
+        ZC_RX_STAT(TOTAL_DATA_MSGS)
+        ZC_RX_STAT(COMPRESSED_BYTES)
+        ZC_RX_STAT(REPLY_MSG)
+        ZC_RX_STAT(REPLY_MSG_DISCARD)
+        ZC_RX_STAT(CACHEREQUEST_OK_RESPONSE)
+        ZC_RX_STAT(CACHEREQUEST_FULFILL_DATA)
+        ZC_RX_STAT(CACHEREQUEST_ERROR_RESPONSE)
+        ZC_RX_STAT(CACHEREQUEST_DISCARD_RESPONSE)
+        ZC_RX_STAT(CACHEMSG)
+        ZC_RX_STAT(FOUND_CTSYNC)
+        ZC_RX_STAT(LOST_CTSYNC)
+        ZC_RX_STAT(LOST_CTSYNC_GM)
+        ZC_RX_STAT(OVERFLOW_CTSYNC_BUFFER)
+        ZC_RX_STAT(ALREADY_CUT_THROUGH)
+        ZC_RX_STAT(DISCARD_FROM_CTSYNC)
+        ZC_RX_STAT(DISCARD_MSG_FLOW_UNBOUND_PENDING)
+        ZC_RX_STAT(DISCARD_MSG_TRANSACTION_ROLLBACK)
+        ZC_RX_STAT(DISCARD_TRANSACTION_RESPONSE)
+        ZC_RX_STAT(SSL_READ_EVENTS)
+        ZC_RX_STAT(SSL_READ_CALLS)
+        ZC_RX_STAT(SETTLE_ACCEPTED)
+        ZC_RX_STAT(SETTLE_FAILED)
+        ZC_RX_STAT(SETTLE_REJECTED)
+        case ZORCLIENT_STATS_RX_NUM_STATS:
+            break;
+    }
+    return "Unknown receive statistic";
+}
+
+const char* zorClient_txStatToString(zorClient_stats_tx txStat) {
+    switch (txStat) {
+        ZC_TX_STAT(TOTAL_DATA_BYTES)
+        ZC_TX_STAT(TOTAL_DATA_MSGS)
+        ZC_TX_STAT(WOULD_BLOCK)
+        ZC_TX_STAT(SOCKET_FULL)
+        ZC_TX_STAT(DIRECT_BYTES)
+        ZC_TX_STAT(DIRECT_MSGS)
+        ZC_TX_STAT(PERSISTENT_BYTES)
+        ZC_TX_STAT(NONPERSISTENT_BYTES)
+        ZC_TX_STAT(PERSISTENT_MSGS)
+        ZC_TX_STAT(NONPERSISTENT_MSGS)
+        ZC_TX_STAT(PERSISTENT_REDELIVERED)
+        ZC_TX_STAT(NONPERSISTENT_REDELIVERED)
+        ZC_TX_STAT(PERSISTENT_BYTES_REDELIVERED)
+        ZC_TX_STAT(NONPERSISTENT_BYTES_REDELIVERED)
+        ZC_TX_STAT(ACKS_RXED)
+        ZC_TX_STAT(WINDOW_CLOSE)
+        ZC_TX_STAT(ACK_TIMEOUT)
+        ZC_TX_STAT(CTL_MSGS)
+        ZC_TX_STAT(CTL_BYTES)
+        ZC_TX_STAT(COMPRESSED_BYTES)
+        ZC_TX_STAT(TOTAL_CONNECTION_ATTEMPTS)
+        ZC_TX_STAT(REQUEST_SENT)
+        ZC_TX_STAT(REQUEST_TIMEOUT)
+        ZC_TX_STAT(CACHEREQUEST_SENT)
+        ZC_TX_STAT(GUARANTEED_MSGS_SENT_CONFIRMED)
+        ZC_TX_STAT(DISCARD_NO_MATCH)
+        ZC_TX_STAT(DISCARD_CHANNEL_ERROR)
+        ZC_TX_STAT(BLOCKED_ON_SEND)
+        case ZORCLIENT_STATS_TX_NUM_STATS:
+            break;
+    }
+    return "Unknown transmit statistic";
+}
+
+}  // extern "C"
