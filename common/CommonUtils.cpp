@@ -8,7 +8,9 @@ namespace {
 CommonUtils::PoolStatReader poolStatReader_s = nullptr;
 }
 
-void CommonUtils::setPoolStatReader(PoolStatReader reader) { poolStatReader_s = reader; }
+void CommonUtils::setPoolStatReader(PoolStatReader reader) {
+    poolStatReader_s = reader;
+}
 
 bool CommonUtils::readPoolStat(PoolStat stat, int poolIndex, UINT64* value_p) {
     return poolStatReader_s != nullptr && poolStatReader_s(stat, poolIndex, value_p);

@@ -9,7 +9,7 @@
 namespace zorvane::pubsub {
 
 class CommonUtils {
-public:
+  public:
     // Message pool statistics of the messaging library, by the tool's own
     // names. client/zcore maps them onto the library.
     enum PoolStat {

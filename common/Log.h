@@ -26,10 +26,10 @@ enum Level {
 // The category of every line the tool writes.
 constexpr int CATEGORY_APP = 2;
 
-using OutputFunc = void (*)(int category, int level, const char* file, int line,
-                            const char* format, ...);
+using OutputFunc = void (*)(int category, int level, const char* file, int line, const char* format,
+                            ...);
 
-// Read by LOG_AT before formatting; never null.
+// Read by VEXLOAD_LOG before formatting; never null.
 extern const int* appFilterLevel_p;
 extern OutputFunc output_p;
 
@@ -41,12 +41,12 @@ void detach();
 
 }  // namespace zorvane::pubsub::log
 
-#define VEXLOAD_LOG(level, ...)                                                            \
-    do {                                                                                   \
-        if ((level) <= *::zorvane::pubsub::log::appFilterLevel_p) {                        \
+#define VEXLOAD_LOG(level, ...)                                                             \
+    do {                                                                                    \
+        if ((level) <= *::zorvane::pubsub::log::appFilterLevel_p) {                         \
             ::zorvane::pubsub::log::output_p(::zorvane::pubsub::log::CATEGORY_APP, (level), \
-                                             __FILE__, __LINE__, __VA_ARGS__);             \
-        }                                                                                  \
+                                             __FILE__, __LINE__, __VA_ARGS__);              \
+        }                                                                                   \
     } while (0)
 
 #define LOG_CRITICAL(...) VEXLOAD_LOG(::zorvane::pubsub::log::LEVEL_CRITICAL, __VA_ARGS__)

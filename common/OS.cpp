@@ -9,8 +9,8 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <sstream>
 #include <iomanip>
+#include <sstream>
 
 #include "common/Log.h"
 
@@ -25,7 +25,9 @@ UINT64 OS::getTimeInUs() {
     return static_cast<UINT64>(now.tv_sec) * 1000000ULL + static_cast<UINT64>(now.tv_nsec) / 1000;
 }
 
-void OS::configureClockCyclesCheck(bool useClockTicks) { USE_CLOCK_TICKS = useClockTicks; }
+void OS::configureClockCyclesCheck(bool useClockTicks) {
+    USE_CLOCK_TICKS = useClockTicks;
+}
 
 UINT64 OS::getCpuSpeedInHz() {
     if (m_cpuSpeedInHz == 0) {
@@ -64,7 +66,9 @@ UINT64 OS::getCpuUsageInUs() {
     return user + sys;
 }
 
-void OS::sleepInSec(int seconds) { sleep(static_cast<unsigned>(seconds < 0 ? 0 : seconds)); }
+void OS::sleepInSec(int seconds) {
+    sleep(static_cast<unsigned>(seconds < 0 ? 0 : seconds));
+}
 
 void OS::sleepInUs(int microseconds) {
     if (microseconds <= 0) {
@@ -108,7 +112,9 @@ INT64 OS::waitUntil(UINT64 timeInNs) {
     return diffNs;
 }
 
-void OS::threadYield() { sched_yield(); }
+void OS::threadYield() {
+    sched_yield();
+}
 
 bool OS::mutexInit(mutex_t* mutex_p) {
     int rc = pthread_mutex_init(mutex_p, nullptr);
@@ -217,9 +223,13 @@ INT32 OS::randomGetNum(UINT16* state_p, INT32 low, INT32 high) {
     return static_cast<INT32>(low + span * erand48(state_p));
 }
 
-double OS::randomGetDouble(UINT16* state_p) { return erand48(state_p); }
+double OS::randomGetDouble(UINT16* state_p) {
+    return erand48(state_p);
+}
 
-charPtr32* OS::getArgVOS(charPtr32* argV, int /*argC*/) { return argV; }
+charPtr32* OS::getArgVOS(charPtr32* argV, int /*argC*/) {
+    return argV;
+}
 
 std::string OS::getCpuMaskStr() {
     cpu_set_t set;

@@ -13,7 +13,7 @@
 namespace zorvane::pubsub {
 
 class OS {
-public:
+  public:
     // ---- time ----
 
     // Wall clock (CLOCK_REALTIME) in microseconds.

@@ -11,7 +11,7 @@
 namespace zorvane::pubsub {
 
 class OSThread {
-public:
+  public:
     OSThread() = default;
     virtual ~OSThread() = default;
     OSThread(const OSThread&) = delete;
@@ -31,7 +31,7 @@ public:
 
     bool isStarted() const { return threadId_m != 0; }
 
-protected:
+  protected:
     virtual void* runImpl() = 0;
 
     pthread_t threadId_m = 0;

@@ -10,7 +10,7 @@
 namespace zorvane::pubsub {
 
 class PubSubErrorResponseException : public PubSubException {
-public:
+  public:
     PubSubErrorResponseException(const std::string& subCode, INT32 responseCode,
                                  const std::string& responsePhrase, INT32 returnCode)
         : PubSubException("PubSubErrorResponseException: " + std::to_string(responseCode) + ": " +
@@ -26,7 +26,7 @@ public:
     INT32 getReturnCode() const { return returnCode_m; }
     void setReturnCode(INT32 returnCode) { returnCode_m = returnCode; }
 
-private:
+  private:
     INT32 responseCode_m;
     std::string responsePhrase_m;
     std::string subCode_m;

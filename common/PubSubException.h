@@ -8,18 +8,19 @@
 namespace zorvane::pubsub {
 
 class PubSubException : public std::exception {
-public:
+  public:
     PubSubException() = default;
     explicit PubSubException(const char* message) : message_m(message != nullptr ? message : "") {}
     explicit PubSubException(const std::string& message) : message_m(message) {}
     PubSubException(const char* message, const std::exception& cause)
-        : message_m(std::string(message != nullptr ? message : "") + " caused by: " + cause.what()) {}
+        : message_m(std::string(message != nullptr ? message : "") +
+                    " caused by: " + cause.what()) {}
     ~PubSubException() override = default;
 
     const char* what() const noexcept override { return getMessage(); }
     virtual const char* getMessage() const noexcept { return message_m.c_str(); }
 
-protected:
+  protected:
     std::string message_m;
 };
 

@@ -9,7 +9,7 @@
 namespace zorvane::pubsub {
 
 class GenReleaseVersion {
-public:
+  public:
     static GenReleaseVersion* onlyInstance();
 
     GenReleaseVersion(const std::string& majorRel, const std::string& minorRel,
@@ -23,7 +23,7 @@ public:
     const std::string& getDateTime() const { return date_m; }
     const std::string& getRevision() const { return revision_m; }
 
-private:
+  private:
     std::string version_m;
     std::string machine_m;
     std::string user_m;

@@ -6,7 +6,7 @@ namespace zorvane::pubsub {
 class CliProperties;
 
 class ClientInfo {
-public:
+  public:
     // Routes the tool's log lines and pool statistics through the library.
     // Call first in main, before any other thread exists.
     static void attachLibrary();
