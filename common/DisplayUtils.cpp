@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "common/ClientProperties.h"
+#include "common/CommonUtils.h"
 #include "common/cliWords.h"
 
 namespace zorvane::pubsub {
@@ -34,6 +35,48 @@ std::string DisplayUtils::clientNameDetails(const ClientProperties& props) {
                                             : props.generateClientName(firstClientId))
         << "\n";
     return out.str();
+}
+
+std::string DisplayUtils::displayPoolStats(const std::string& title) {
+    struct Line {
+        const char* label;
+        CommonUtils::PoolStat stat;
+    };
+    static const Line kLines[] = {
+        {"\tTOTAL_MEMORY     : ", CommonUtils::POOL_STAT_TOTAL_MEMORY},
+        {"\tALLOC_MEMORY     : ", CommonUtils::POOL_STAT_ALLOC_MEMORY},
+        {"\tMSG_ALLOCS       : ", CommonUtils::POOL_STAT_MSG_ALLOCS},
+        {"\tMSG_FREES        : ", CommonUtils::POOL_STAT_MSG_FREES},
+        {"\tMSG_DUPS         : ", CommonUtils::POOL_STAT_MSG_DUPS},
+        {"\tMSG_REALLOCS     : ", CommonUtils::POOL_STAT_MSG_REALLOCS},
+        {"\tFREE_MSGS        : ", CommonUtils::POOL_STAT_FREE_MSGS},
+        {"\tALLOC_MSGS       : ", CommonUtils::POOL_STAT_ALLOC_MSGS},
+        {"\tFREE_CONTAINERS  : ", CommonUtils::POOL_STAT_FREE_CONTAINERS},
+        {"\tALLOC_CONTAINERS : ", CommonUtils::POOL_STAT_ALLOC_CONTAINERS},
+    };
+    auto read = [](CommonUtils::PoolStat stat, int index) {
+        UINT64 value = 0;
+        CommonUtils::readPoolStat(stat, index, &value);
+        return value;
+    };
+    std::ostringstream text;
+    text << title << "\n";
+    for (const Line& line : kLines) {
+        text << line.label << read(line.stat, 0) << "\n";
+    }
+    // Five pools keep free blocks; the sixth count is of blocks larger than
+    // the largest pool's, which are allocated and freed directly.
+    for (int pool = 0; pool < 5; ++pool) {
+        text << "\tPool " << pool
+             << " : FREE_DATA_BLOCKS  : " << read(CommonUtils::POOL_STAT_FREE_DATA_BLOCKS, pool)
+             << "\n";
+    }
+    for (int pool = 0; pool < 6; ++pool) {
+        text << "\tPool " << pool
+             << " : ALLOC_DATA_BLOCKS : " << read(CommonUtils::POOL_STAT_ALLOC_DATA_BLOCKS, pool)
+             << "\n";
+    }
+    return text.str();
 }
 
 }  // namespace zorvane::pubsub

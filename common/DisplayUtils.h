@@ -17,6 +17,10 @@ class DisplayUtils {
     // log lines, its user name, its VPN and its client name. Each line ends
     // in a line end.
     static std::string clientNameDetails(const ClientProperties& props);
+
+    // The messaging library's message pool statistics under a title, one
+    // line each; a statistic the library does not give shows as 0.
+    static std::string displayPoolStats(const std::string& title);
 };
 
 }  // namespace zorvane::pubsub

@@ -8,6 +8,7 @@
 
 #include "client/zcore/ClientInfo.h"
 #include "common/CliProperties.h"
+#include "common/DisplayUtils.h"
 #include "common/OS.h"
 #include "vexload/ClockCheck.h"
 #include "vexload/Driver.h"
@@ -61,6 +62,10 @@ int main(int argc, char** argv) {
         std::cerr << std::endl
                   << "Error caught while running traffic. Aborting. Error msg: " << std::endl
                   << e.what() << std::endl;
+    }
+
+    if (cliProperties.getBooleanProperty(CliProperties::WANT_VERBOSE)) {
+        std::cout << DisplayUtils::displayPoolStats("End of test msg pool stats:");
     }
 
     ClientInfo::clientApiSpecificCleanup();

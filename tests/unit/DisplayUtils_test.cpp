@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "common/CliProperties.h"
 #include "common/ClientProperties.h"
+#include "common/CommonUtils.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -56,4 +58,26 @@ TEST(DisplayUtilsClientNameDetails, CredentialSchemesWithoutUserLetTheRouterName
 }
 
 }  // namespace
+
+TEST(DisplayUtilsPoolStats, EveryStatisticOnItsLineWithSixAllocatedPools) {
+    static UINT64 base_s = 100;
+    CommonUtils::setPoolStatReader([](CommonUtils::PoolStat stat, int index, UINT64* value_p) {
+        if (stat == CommonUtils::POOL_STAT_MSG_DUPS) {
+            return false;  // shown as 0
+        }
+        *value_p = base_s + static_cast<UINT64>(stat) * 10 + static_cast<UINT64>(index);
+        return true;
+    });
+    std::string text = DisplayUtils::displayPoolStats("End of test msg pool stats:");
+    CommonUtils::setPoolStatReader(nullptr);
+
+    EXPECT_EQ(text.rfind("End of test msg pool stats:\n\tTOTAL_MEMORY     : 100\n", 0), 0U) << text;
+    EXPECT_NE(text.find("\tMSG_DUPS         : 0\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\tALLOC_CONTAINERS : 190\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\tPool 4 : FREE_DATA_BLOCKS  : 204\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("\tPool 5 : FREE_DATA_BLOCKS"), std::string::npos) << text;
+    EXPECT_NE(text.find("\tPool 5 : ALLOC_DATA_BLOCKS : 215\n"), std::string::npos) << text;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 10 + 5 + 6);
+}
+
 }  // namespace zorvane::pubsub
