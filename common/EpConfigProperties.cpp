@@ -80,6 +80,22 @@ EpConfigProperties EpConfigProperties::CreateForEndpointProvisioning(
     return props;
 }
 
+void EpConfigProperties::setFlowSettings(const std::string& transactedSessionName, bool wantReplay,
+                                         const std::string& replayDate,
+                                         const std::string& replayMsgId, int flowReconnectAttempts,
+                                         int flowReconnectIntervalInMsecs,
+                                         const std::vector<std::string>& settlementPatterns,
+                                         const std::vector<std::string>& requiredSettlements) {
+    setTransactedSessionName(transactedSessionName);
+    setWantReplay(wantReplay);
+    setReplayDate(replayDate);
+    setReplayMsgId(replayMsgId);
+    setFlowReconnectAttempts(flowReconnectAttempts);
+    setFlowReconnectIntervalInMsecs(flowReconnectIntervalInMsecs);
+    setSettlementPatterns(settlementPatterns);
+    setRequiredSettelments(requiredSettlements);
+}
+
 EpConfigProperties EpConfigProperties::CreateForTopicUpdate(
     const std::vector<std::string>& epNames, const std::vector<std::string>& subscriptions,
     const std::vector<std::string>& selectors, bool isAdding, bool wantTopicUnsubscribe,
@@ -97,14 +113,9 @@ EpConfigProperties EpConfigProperties::CreateForTopicUpdate(
     props.setNoLocal(noLocal);
     props.setWantActiveFlowInd(wantActiveFlowInd);
     props.setWantCutThroughPersistence(wantCutThroughPersistence);
-    props.setTransactedSessionName(transactedSessionName);
-    props.setWantReplay(wantReplay);
-    props.setReplayDate(replayDate);
-    props.setReplayMsgId(replayMsgId);
-    props.setFlowReconnectAttempts(flowReconnectAttempts);
-    props.setFlowReconnectIntervalInMsecs(flowReconnectIntervalInMsecs);
-    props.setSettlementPatterns(settlementPatterns);
-    props.setRequiredSettelments(requiredSettlements);
+    props.setFlowSettings(transactedSessionName, wantReplay, replayDate, replayMsgId,
+                          flowReconnectAttempts, flowReconnectIntervalInMsecs, settlementPatterns,
+                          requiredSettlements);
     return props;
 }
 
@@ -122,14 +133,9 @@ EpConfigProperties EpConfigProperties::CreateForQueueUpdate(
     props.setNoLocal(noLocal);
     props.setWantActiveFlowInd(wantActiveFlowInd);
     props.setWantCutThroughPersistence(wantCutThroughPersistence);
-    props.setTransactedSessionName(transactedSessionName);
-    props.setWantReplay(wantReplay);
-    props.setReplayDate(replayDate);
-    props.setReplayMsgId(replayMsgId);
-    props.setFlowReconnectAttempts(flowReconnectAttempts);
-    props.setFlowReconnectIntervalInMsecs(flowReconnectIntervalInMsecs);
-    props.setSettlementPatterns(settlementPatterns);
-    props.setRequiredSettelments(requiredSettlements);
+    props.setFlowSettings(transactedSessionName, wantReplay, replayDate, replayMsgId,
+                          flowReconnectAttempts, flowReconnectIntervalInMsecs, settlementPatterns,
+                          requiredSettlements);
     return props;
 }
 
@@ -156,14 +162,9 @@ EpConfigProperties EpConfigProperties::CreateForTempEndpointUpdate(
     props.setWantCutThroughPersistence(wantCutThroughPersistence);
     props.setDiscardNotifySender(discardNotifySender);
     props.setMaxMsgRedelivery(maxMsgRedelivery);
-    props.setTransactedSessionName(transactedSessionName);
-    props.setWantReplay(wantReplay);
-    props.setReplayDate(replayDate);
-    props.setReplayMsgId(replayMsgId);
-    props.setFlowReconnectAttempts(flowReconnectAttempts);
-    props.setFlowReconnectIntervalInMsecs(flowReconnectIntervalInMsecs);
-    props.setSettlementPatterns(settlementPatterns);
-    props.setRequiredSettelments(requiredSettlements);
+    props.setFlowSettings(transactedSessionName, wantReplay, replayDate, replayMsgId,
+                          flowReconnectAttempts, flowReconnectIntervalInMsecs, settlementPatterns,
+                          requiredSettlements);
     return props;
 }
 

@@ -146,6 +146,14 @@ class EpConfigProperties {
     }
 
   private:
+    // The flow settings that the topic, queue and temporary endpoint
+    // factories share.
+    void setFlowSettings(const std::string& transactedSessionName, bool wantReplay,
+                         const std::string& replayDate, const std::string& replayMsgId,
+                         int flowReconnectAttempts, int flowReconnectIntervalInMsecs,
+                         const std::vector<std::string>& settlementPatterns,
+                         const std::vector<std::string>& requiredSettlements);
+
     std::vector<std::string> epNames_m;        // durable endpoints to act on
     std::vector<std::string> subscriptions_m;  // one topic per topic endpoint
     std::vector<std::string> selectors_m;      // one for all or one per endpoint
