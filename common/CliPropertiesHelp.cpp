@@ -48,10 +48,10 @@ constexpr HelpGroupLayout LONG_GROUPS_s[] = {
     {CliHelpGroup::LONG_RANDOM, "  Randomization:",
      "\n"
      "    Some of the options use a special Colon Probability Weight notation (CPW) to specify\n"
-     "    how often each item is used: item:weight, e.g. -ptl=\"a:95,b:5\" or\n"
-     "    -msa=\"10:0.78,20:1.22\".  Weights are relative and need not add up to anything;\n"
-     "    an item without a weight weighs 1.  They apply to -ptl, -ptf, -pql, -pqf and -msa\n"
-     "    and only count with -rmo."},
+     "    how often each item is used, as item:weight.  For example -ptl=\"a:95,b:5\" or\n"
+     "    the sizes of -msa=\"10:0.78,20:1.22\".  Weights are relative and need not add up\n"
+     "    to anything; an item without a weight weighs 1.  The notation applies to\n"
+     "    the lists of -ptl, -ptf, -pql, -pqf and -msa, and weights count only with -rmo."},
     {CliHelpGroup::LONG_TOOL, "  Tool Specific Options: ", nullptr},
     {CliHelpGroup::LONG_DEBUG, "  Tool Specific Debug Options: ", nullptr},
     {CliHelpGroup::LONG_GENERAL_PARAMS, "  General Parameters:", nullptr},
