@@ -7,7 +7,6 @@
 #include <fstream>
 #include <map>
 #include <set>
-#include <sstream>
 
 #include "common/CliOption.h"
 #include "tests/unit/CliTestSupport.h"
@@ -57,67 +56,15 @@ const std::set<std::string> NO_STORE_EFFECT = {"-tod", "-stc=", "-ptc="};
 
 // Every value of the store and its plain fields as text, to compare stores.
 std::string snapshot(const CliProperties& props) {
-    std::ostringstream out;
+    std::string text;
     for (const CliPropertyKey& row : CliProperties::keyTable()) {
-        const std::string key = row.name_mp;
-        out << key << '=';
-        switch (row.type_m) {
-            case CliPropertyType::BOOLEAN:
-                out << props.getBooleanProperty(key);
-                break;
-            case CliPropertyType::INTEGER:
-                out << props.getIntegerProperty(key);
-                break;
-            case CliPropertyType::INT64:
-                out << props.getInt64Property(key);
-                break;
-            case CliPropertyType::DOUBLE:
-                out << props.getDoubleProperty(key);
-                break;
-            case CliPropertyType::STRING:
-                out << props.getStringProperty(key);
-                break;
-            case CliPropertyType::VECTOR:
-                for (auto& v : props.getVectorProperty(key))
-                    out << v << ',';
-                break;
-            case CliPropertyType::VECTOR_VECTOR:
-                for (auto& g : props.getVectorVectorProperty(key))
-                    for (auto& v : g)
-                        out << v << ';';
-                break;
-            case CliPropertyType::INT_VECTOR:
-                for (auto v : props.getIntVectorProperty(key))
-                    out << v << ',';
-                break;
-            case CliPropertyType::DOUBLE_VECTOR:
-                for (auto v : props.getDoubleVectorProperty(key))
-                    out << v << ',';
-                break;
-            case CliPropertyType::VECTOR_DOUBLE_VECTOR:
-                for (auto& g : props.getVectorDoubleVectorProperty(key))
-                    out << g.size() << ';';
-                break;
-            case CliPropertyType::VECTOR_MAP_INT32_UINT64:
-                out << props.getVectorMapInt32Uint64Property(key).size();
-                break;
-            case CliPropertyType::MAP_INT_INT:
-                out << props.getMapIntIntProperty(key).size();
-                break;
-        }
-        out << '\n';
+        text += std::string(row.name_mp) + "=" + test::valueOf(props, row.name_mp) + "\n";
     }
-    out << props.getMsgType() << ' ' << props.getNumLatencyBuckets() << ' '
-        << props.getLatencyGranularity();
-    for (const auto* outer :
-         {&props.getTopics(), &props.getQueues(), &props.getDTEs(), &props.getSelectors()}) {
-        out << " [";
-        for (const auto& inner : *outer)
-            for (const auto& item : inner)
-                out << item << ',';
-        out << ']';
+    for (const char* field :
+         {"msgType", "buckets", "granularity", "topics", "queues", "dtes", "selectors"}) {
+        text += test::valueOf(props, field) + "\n";
     }
-    return out.str();
+    return text;
 }
 
 TEST(CliOptionTableTest, RowsStandInMatchingOrderAndFitTheKeyTable) {
