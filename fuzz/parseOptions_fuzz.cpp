@@ -27,7 +27,18 @@ struct FuzzExit {
     int status;
 };
 
-void throwingExit(int status) { throw FuzzExit{status}; }
+void throwingExit(int status) {
+    throw FuzzExit{status};
+}
+
+char workDir_s[] = "/tmp/parseOptions_fuzz.XXXXXX";
+
+// The parser never writes files, so the directory holds only the two lists.
+void removeWorkDir() {
+    std::remove("t");
+    std::remove("q");
+    rmdir(workDir_s);
+}
 
 bool worthParsing(const std::vector<std::string>& args) {
     for (const std::string& arg : args) {
@@ -48,11 +59,11 @@ bool worthParsing(const std::vector<std::string>& args) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    char dir[] = "/tmp/parseOptions_fuzz.XXXXXX";
-    if (mkdtemp(dir) == nullptr || chdir(dir) != 0) {
+    if (mkdtemp(workDir_s) == nullptr || chdir(workDir_s) != 0) {
         std::perror("parseOptions_fuzz: temporary directory");
         std::abort();
     }
+    std::atexit(&removeWorkDir);
     std::ofstream("t") << "a\nb:2\n\n#P2P/v:h/q\n";
     std::ofstream("q") << "q1\nq2:0.5\n";
     // The help is long and says nothing about faults.

@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "common/CliProperties.h"
@@ -66,96 +68,78 @@ inline ParseOutcome parseLine(CliProperties& props, std::vector<std::string> arg
     return runCaptured([&] { props.parseOptions(static_cast<int>(args.size()), argV.data()); });
 }
 
-namespace detail {
-template <typename List>
-std::string join(const List& list, const char* sep) {
+// Values as text: lists joined by ",", lists of lists by ";", maps as k@v.
+template <typename T>
+std::string text(const T& value) {
     std::ostringstream out;
+    out << value;
+    return out.str();
+}
+template <typename K, typename V>
+std::string text(const std::map<K, V>& map) {
+    std::string result;
+    for (const auto& [key, value] : map) {
+        result += text(key) + "@" + text(value) + ",";
+    }
+    return result;
+}
+template <typename T>
+std::string text(const std::vector<T>& list) {
+    constexpr bool nested = !std::is_arithmetic_v<T> && !std::is_same_v<T, std::string>;
+    std::string result;
     for (size_t i = 0; i < list.size(); ++i) {
-        out << (i == 0 ? "" : sep) << list[i];
+        result += (i == 0 ? "" : nested ? ";" : ",") + text(list[i]);
     }
-    return out.str();
+    return result;
 }
-inline std::string joinGroups(const std::vector<std::vector<std::string>>& groups) {
-    std::string text;
-    for (size_t i = 0; i < groups.size(); ++i) {
-        text += (i == 0 ? "" : ";") + join(groups[i], ",");
-    }
-    return text;
-}
-}  // namespace detail
 
-// A store value as text, by the type of its key: flags "1"/"0", lists
-// joined by ",", groups by ";", maps as k@v. The plain fields are read by
-// the names msgType, buckets, granularity, topics, queues, dtes, selectors.
+// A store value as text, by the type of its key (flags "1"/"0"). The plain
+// fields are read by the names msgType, buckets, granularity, topics,
+// queues, dtes and selectors.
 inline std::string valueOf(const CliProperties& props, const std::string& key) {
-    using detail::join;
     if (key == "msgType")
-        return std::to_string(props.getMsgType());
+        return text(props.getMsgType());
     if (key == "buckets")
-        return std::to_string(props.getNumLatencyBuckets());
+        return text(props.getNumLatencyBuckets());
     if (key == "granularity")
-        return std::to_string(props.getLatencyGranularity());
+        return text(props.getLatencyGranularity());
     if (key == "topics")
-        return detail::joinGroups(props.getTopics());
+        return text(props.getTopics());
     if (key == "queues")
-        return detail::joinGroups(props.getQueues());
+        return text(props.getQueues());
     if (key == "dtes")
-        return detail::joinGroups(props.getDTEs());
+        return text(props.getDTEs());
     if (key == "selectors")
-        return detail::joinGroups(props.getSelectors());
+        return text(props.getSelectors());
+    using T = CliPropertyType;
     const CliPropertyKey* row = CliProperties::findKey(key);
-    if (row == nullptr)
-        return "<no such key>";
-    std::ostringstream out;
-    switch (row->type_m) {
-        case CliPropertyType::BOOLEAN:
-            out << props.getBooleanProperty(key);
-            break;
-        case CliPropertyType::INTEGER:
-            out << props.getIntegerProperty(key);
-            break;
-        case CliPropertyType::INT64:
-            out << props.getInt64Property(key);
-            break;
-        case CliPropertyType::DOUBLE:
-            out << props.getDoubleProperty(key);
-            break;
-        case CliPropertyType::STRING:
-            out << props.getStringProperty(key);
-            break;
-        case CliPropertyType::VECTOR:
-            out << join(props.getVectorProperty(key), ",");
-            break;
-        case CliPropertyType::VECTOR_VECTOR:
-            out << detail::joinGroups(props.getVectorVectorProperty(key));
-            break;
-        case CliPropertyType::INT_VECTOR:
-            out << join(props.getIntVectorProperty(key), ",");
-            break;
-        case CliPropertyType::DOUBLE_VECTOR:
-            out << join(props.getDoubleVectorProperty(key), ",");
-            break;
-        case CliPropertyType::VECTOR_DOUBLE_VECTOR: {
-            const auto groups = props.getVectorDoubleVectorProperty(key);
-            for (size_t i = 0; i < groups.size(); ++i)
-                out << (i ? ";" : "") << join(groups[i], ",");
-            break;
-        }
-        case CliPropertyType::VECTOR_MAP_INT32_UINT64: {
-            const auto groups = props.getVectorMapInt32Uint64Property(key);
-            for (size_t i = 0; i < groups.size(); ++i) {
-                out << (i ? ";" : "");
-                for (const auto& [k, v] : groups[i])
-                    out << k << '@' << v << ',';
-            }
-            break;
-        }
-        case CliPropertyType::MAP_INT_INT:
-            for (const auto& [k, v] : props.getMapIntIntProperty(key))
-                out << k << '@' << v << ',';
-            break;
+    switch (row == nullptr ? T::BOOLEAN : row->type_m) {
+        case T::BOOLEAN:
+            return row == nullptr ? "<no such key>" : text(props.getBooleanProperty(key));
+        case T::INTEGER:
+            return text(props.getIntegerProperty(key));
+        case T::INT64:
+            return text(props.getInt64Property(key));
+        case T::DOUBLE:
+            return text(props.getDoubleProperty(key));
+        case T::STRING:
+            return props.getStringProperty(key);
+        case T::VECTOR:
+            return text(props.getVectorProperty(key));
+        case T::VECTOR_VECTOR:
+            return text(props.getVectorVectorProperty(key));
+        case T::INT_VECTOR:
+            return text(props.getIntVectorProperty(key));
+        case T::DOUBLE_VECTOR:
+            return text(props.getDoubleVectorProperty(key));
+        case T::VECTOR_DOUBLE_VECTOR:
+            return text(props.getVectorDoubleVectorProperty(key));
+        case T::VECTOR_MAP_INT32_UINT64:
+            return text(props.getVectorMapInt32Uint64Property(key));
+        case T::MAP_INT_INT:
+            return text(props.getMapIntIntProperty(key));
     }
-    return out.str();
+    return "";
 }
 
 }  // namespace zorvane::pubsub::test
