@@ -24,6 +24,8 @@
 
 namespace zorvane::pubsub {
 
+struct CliParseState;
+
 class CliProperties {
   public:
     // ---- names of the tool; not store keys ----
@@ -306,11 +308,54 @@ class CliProperties {
 
     // ---- command line ----
 
-    // Fills the store from the command line. Returns when it is accepted; on
-    // a fault prints the reason to standard error and ends the process with
-    // status 255. Accepts so far only "-v", "-log=" and "-logf=" (and their
-    // upper-case forms); every other argument is refused as unknown.
+    // Fills the store from the command line, option by option from left to
+    // right through the option table (cliOptionTable()), then spreads the
+    // held-back subscription and publish-topic lists over the clients and
+    // runs the cross-checks. Returns when the line is accepted. On a fault
+    // prints the reason to standard error and ends the process with status
+    // 255; "-h", "-?", "-hm" and "-he" print their help to standard output
+    // and end it the same way. Both go through processExit, so a test can
+    // intercept them. Files named by list options are read here.
     void parseOptions(int argC, char** argV);
+
+    // The short help ("-h", "-?"), the advanced options ("-hm") and the
+    // examples ("-he"), to standard output. Lines that depend on the tool
+    // name follow the name given to the constructor.
+    void printHelp() const;
+    void printMoreHelp() const;
+    void printExampleHelp() const;
+
+    // ---- list notations that fill the per-client lists ----
+
+    // Cuts value at "," and deals the items out to the clients in turn:
+    // item i starts a new outer entry while i is below NUM_CLIENTS, later
+    // items join entry i modulo NUM_CLIENTS. Sets WANT_ADD_SUBSCRIPTIONS.
+    void loadSubscriptionsFromList(std::vector<std::vector<std::string>>& outer,
+                                   const std::string& value);
+    // Appends one outer entry with the lines of the file, at most num of
+    // them (0 or below: all). Faults when the file cannot be opened.
+    void loadSubscriptionsFromFile(std::vector<std::vector<std::string>>& outer,
+                                   const std::string& filename, int num);
+    // max(NUM_CLIENTS, count) names prefix000001.. (the number cycling
+    // through 1..count), dealt out as by loadSubscriptionsFromList. Faults
+    // for a count below 1 or a list longer than the generation limit.
+    void loadSubscriptionsFromPrefixAndCount(std::vector<std::vector<std::string>>& outer,
+                                             const std::string& prefix, INT64 count);
+    // The same names as one group of PUB_TOPICS_ARRAY, each with weight 1.0,
+    // replacing what was there.
+    void loadPublishTopicsFromPrefixAndCount(const std::string& prefix, INT64 count);
+
+    // ---- two-part values ----
+
+    // "user[@vpn]": user to userKey, the part after the first "@" to vpnKey
+    // (left alone without an "@").
+    void parseUsernameVpn(const char* value, const std::string& userKey, const std::string& vpnKey);
+    // "L[:N]": deliver-to-one local and network priority; N is -1 without ":".
+    void parseDTOPriority(const char* value);
+    // "F[,B]": queue browser delete frequency and buffer; B is -1 without ",".
+    void parseQBDelete(const char* value);
+    // "begin:end": topic sequence range of cache requests; faults without ":".
+    void parseMinMaxTopicSeq(const char* value);
 
     // ---- typed getters ----
 
@@ -363,6 +408,15 @@ class CliProperties {
     const std::vector<std::vector<std::string>>& getSelectors() const { return selectorVector_m; }
 
   private:
+    friend class CliOptionHandlers;
+
+    // After the option loop: the held-back lists, in their fixed order.
+    void applyHeldBackLists(const CliParseState& state);
+    // After the lists: the checks that need the whole line.
+    void runCrossChecks() const;
+    // NUM_CLIENTS, refused below 1 because lists are dealt out by it.
+    INT32 clientCountForLists() const;
+
     // std::less<std::string> compares through char_traits<char>, which orders
     // by unsigned byte value: plain byte order of the key, as wanted.
     template <typename T>
