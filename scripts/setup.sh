@@ -12,6 +12,8 @@ PACKAGES=(
   libgmock-dev
   libbenchmark-dev
   clang-format   # scripts/check-format.sh
+  clang          # libFuzzer targets (scripts/fuzz.sh)
+  libclang-rt-14-dev
   binutils       # nm, for the library's export check
   git
 )
