@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdarg>
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "common/Log.h"
 #include "common/PubSubException.h"
+#include "tests/unit/LogCapture.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -62,17 +60,6 @@ std::string encoded(const ToolData& td) {
     return std::string(buffer, td.encode(buffer, sizeof buffer));
 }
 
-std::vector<std::string> logLines_s;
-const int errorLevel_s = log::LEVEL_ERROR;
-void captureLog(int, int, const char*, int, const char* format, ...) {
-    char text[512];
-    va_list args;
-    va_start(args, format);
-    std::vsnprintf(text, sizeof text, format, args);
-    va_end(args);
-    logLines_s.emplace_back(text);
-}
-
 TEST(AbstractMessageToolData, AttachmentFormReplacesTheRecordOfTheMessageBefore) {
     FakeMessage msg;
     ToolData sent;
@@ -102,19 +89,17 @@ TEST(AbstractMessageToolData, DamagedBlockThrowsAndLeavesTheRecordEmpty) {
 }
 
 TEST(AbstractMessageToolData, PropertyFormTakesKnownNamesAndLogsTheRest) {
-    logLines_s.clear();
-    log::attach(&errorLevel_s, &captureLog);
+    LogCapture captured(log::LEVEL_ERROR);
     FakeMessage msg;
     msg.userProps_m = {{"m", 9}, {"JMSXGroupID", 1}, {"s", 3}, {"q", 5}, {"l", 0}, {"x", -1}};
     msg.decodeToolData(TOOL_DATA_TYPE_USER_PROP);
-    log::detach();
     const ToolData& td = *msg.getToolData();
     EXPECT_EQ(td.getMsgId(), 9U);
     EXPECT_EQ(td.getStreamId(), 3);
     EXPECT_TRUE(td.hasLatency());
     EXPECT_EQ(td.getCrcXmlPayload(), 0xFFFFFFFFU) << "a CRC travels bit for bit in an Int32";
     EXPECT_EQ(td.getDecodedSize(), 0U);
-    EXPECT_EQ(logLines_s,
+    EXPECT_EQ(captured.all(),
               (std::vector<std::string>{
                   "CLIENT 000004: Unrecognized user property 'JMSXGroupID' while reading tool data",
                   "CLIENT 000004: Unrecognized user property 'q' while reading tool data"}));
