@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "common/ToolDataFill.h"
+
 namespace zorvane::pubsub {
 
 MsgProperties::MsgProperties()
@@ -13,7 +15,7 @@ MsgProperties::MsgProperties()
       userdata_m(),
       partitionKey_m(),
       sdmMsgProps_m(),
-      republished_m(false),
+      toolData_m(),
       msgObjType_m(PUBSUB_MSG_OBJ_TYPE_NONE),
       originalAttachmentSize_m(0),
       topicProbabilityWeight_m(1.0),
@@ -35,6 +37,10 @@ void MsgProperties::updateAttachmentForToolData(const char* begin, const char* e
     // goes over its start in place, so the send path never reallocates.
     const size_t length = std::min(static_cast<size_t>(end - begin), attachment_m.size());
     std::copy(begin, begin + length, attachment_m.begin());
+}
+
+void MsgProperties::overlayToolDataRecord(const char* begin, const char* end) {
+    ToolDataFill::overlayRecord(attachment_m, begin, end);
 }
 
 std::string MsgProperties::toString() const {

@@ -3,13 +3,16 @@
 // the attachment and the tool data mark of each message per send.
 //
 // Ownership and threads: a plain value; a list belongs to one publish
-// thread, so nothing locks. updateAttachmentForToolData and setRepublished
-// allocate nothing and may be used on the publish path.
+// thread, so nothing locks. updateAttachmentForToolData, setRepublished and
+// the tool data record allocate nothing and may be used on the publish path;
+// overlayToolDataRecord allocates only when the attachment is shorter than
+// the record.
 #pragma once
 
 #include <memory>
 #include <string>
 
+#include "common/ToolData.h"
 #include "common/dataTypes.h"
 
 namespace zorvane::pubsub {
@@ -42,6 +45,16 @@ class MsgProperties {
     // range with end before begin writes nothing.
     void updateAttachmentForToolData(const char* begin, const char* end);
 
+    // The send path's form of the above: the record must arrive whole, so an
+    // attachment shorter than [begin, end) is replaced by the record and
+    // becomes as long as it. A longer one keeps its length and its tail.
+    void overlayToolDataRecord(const char* begin, const char* end);
+
+    // The tool data record of this message, filled by the client before
+    // each send (AbstractClient::updateToolData).
+    ToolData* getToolData() { return &toolData_m; }
+    const ToolData* getToolData() const { return &toolData_m; }
+
     // Current length of the attachment, which jitter may have changed from
     // the original size.
     size_t getAttachmentSize() const { return attachment_m.size(); }
@@ -63,9 +76,9 @@ class MsgProperties {
     const std::string& getSdmMsgProps() const { return sdmMsgProps_m; }
     void setSdmMsgProps(const std::string& value) { sdmMsgProps_m = value; }
     // The republished mark of the tool data: set when a message id is sent
-    // again.
-    bool getRepublished() const { return republished_m; }
-    void setRepublished(bool value) { republished_m = value; }
+    // again, after the tool data was filled for it.
+    bool getRepublished() const { return toolData_m.getRepublished(); }
+    void setRepublished(bool value) { toolData_m.setRepublished(value); }
     PubSubMessageObjectType getMsgObjType() const { return msgObjType_m; }
     void setMsgObjType(PubSubMessageObjectType value) { msgObjType_m = value; }
     INT32 getOriginalAttachmentSize() const { return originalAttachmentSize_m; }
@@ -94,12 +107,11 @@ class MsgProperties {
     std::string queue_m;
     std::string userdata_m;
     std::string partitionKey_m;
-    // Structured message descriptions and the tool data record belong to
-    // parts of the tool that do not exist yet. Until they do, the message
-    // carries the description in its text form and, of the tool data, the
-    // one mark the publisher sets on the message itself.
+    // Structured message descriptions belong to a part of the tool that
+    // does not exist yet. Until it does, the message carries the description
+    // in its text form.
     std::string sdmMsgProps_m;
-    bool republished_m;
+    ToolData toolData_m;
     PubSubMessageObjectType msgObjType_m;
     INT32 originalAttachmentSize_m;  // before jitter changed it
     double topicProbabilityWeight_m;

@@ -1,0 +1,150 @@
+// Construction, connection state and the parts of a client that every
+// binding shares.
+#include "client/AbstractClient.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "common/Log.h"
+#include "common/OS.h"
+#include "common/PubSubException.h"
+
+namespace zorvane::pubsub {
+
+namespace {
+
+// The "-soo=" form of a list of subscriber order offsets: stream@offset
+// pairs joined by ",", one group per subscriber, the groups joined by " ; ".
+// Used to show what was read when the list does not fit the client.
+std::string describeSubOrderOffsets(const std::vector<std::map<INT32, UINT64>>& offsets) {
+    std::string text;
+    for (size_t group = 0; group < offsets.size(); ++group) {
+        if (group > 0) {
+            text += " ; ";
+        }
+        bool first = true;
+        for (const auto& [streamId, offset] : offsets[group]) {
+            text += (first ? "" : ",") + std::to_string(streamId) + "@" + std::to_string(offset);
+            first = false;
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+const char* AbstractClient::ClientStateTypeToString(ClientStateType state) {
+    switch (state) {
+        case CLIENT_STATE_DISCONNECTED:
+            return "CLIENT_STATE_DISCONNECTED";
+        case CLIENT_STATE_CONNECTING:
+            return "CLIENT_STATE_CONNECTING";
+        case CLIENT_STATE_RECONNECTING:
+            return "CLIENT_STATE_RECONNECTING";
+        case CLIENT_STATE_CONNECTED:
+            return "CLIENT_STATE_CONNECTED";
+    }
+    return "UNKNOWN_CLIENT_STATE";
+}
+
+AbstractClient::AbstractClient(const ClientProperties& props, INT32 clientId, UINT64 secDivisor,
+                               const StatsCustomizationProperties& statsCust,
+                               TimerThread* timerThread_p)
+    : props_m(props),
+      subRateInterval_m(1),
+      slowSubDelayInMillis_m(props.getSlowSubDelayInMillis()),
+      slowSubDelayCount_m(props.getSlowSubDelayCount()),
+      slowSubDelayEnabled_m(true),
+      stats_m(),
+      clientIdStr_m(props.generateClientIdStr(clientId)),
+      clientIdInt_m(clientId),
+      txStatsProps_m(statsCust),
+      rxStatsProps_m(statsCust),
+      timerThread_mp(timerThread_p) {
+    OS::mutexInit(&lastMessageDetailsMutex_m);
+    OS::mutexInit(&lastExceptionMutex_m);
+    try {
+        stats_m.configure(clientIdStr_m, secDivisor, rxStatsProps_m.getNumLatencyBuckets(),
+                          rxStatsProps_m.getLatencyGranularityFactor(),
+                          rxStatsProps_m.getLatencyWarmupInSec());
+
+        const auto& subOrderOffsets = props_m.getSubOrderOffsets();
+        if (!subOrderOffsets.empty()) {
+            // Clients are numbered from 1, so client 1 takes the first entry.
+            if (clientId >= 1 && subOrderOffsets.size() >= static_cast<size_t>(clientId)) {
+                const auto& mine = subOrderOffsets[static_cast<size_t>(clientId - 1)];
+                stats_m.configureInitialSubscriberOrderOffsets(
+                    std::map<int, UINT64>(mine.begin(), mine.end()));
+            } else {
+                std::fprintf(stderr, "ERROR: Illegal values used for subscriber order offsets.\n");
+                std::fprintf(stderr, "       What was read is equivalent to %s\n",
+                             describeSubOrderOffsets(subOrderOffsets).c_str());
+                std::exit(-1);
+            }
+        }
+
+        if (rxStatsProps_m.getFirstLastLatencyFanout() > 0) {
+            throw PubSubException("CLIENT " + clientIdStr_m + ": " +
+                                  "First-to-last fan-out latency is not supported by this build");
+        }
+
+        wantMsgReflect_m = props_m.getClientMode() != "sink";
+        wantClientTaskThread_m = props_m.getWantClientTaskThread();
+        wantSlowPathMsgProcess_m.store(computeWantSlowPathMsgProcess());
+        pubWantToolData_m = publishWantToolData();
+
+        if (rxStatsProps_m.getWantPerMessageDetails()) {
+            throw PubSubException("CLIENT " + clientIdStr_m + ": " +
+                                  "Per-message details are not supported by this build");
+        }
+    } catch (...) {
+        // The destructor does not run for an object that never finished
+        // construction.
+        OS::mutexDestroy(&lastExceptionMutex_m);
+        OS::mutexDestroy(&lastMessageDetailsMutex_m);
+        throw;
+    }
+    // A vectored send collects at most this many numbers; reserving now
+    // keeps the publisher's pushes free of allocation.
+    sendVector_m.reserve(PUB_SEND_VECTOR_MAX_SIZE);
+}
+
+AbstractClient::~AbstractClient() {
+    // firstLastData_mp and lastMessageDetails_m are never created yet (the
+    // constructor refuses the settings that need them).
+    clearLastError();
+    OS::mutexDestroy(&lastExceptionMutex_m);
+    OS::mutexDestroy(&lastMessageDetailsMutex_m);
+}
+
+zorClient_returnCode_t AbstractClient::processKeptMsgs(int /*desiredSize*/, bool /*enableAcking*/) {
+    return static_cast<zorClient_returnCode_t>(0);
+}
+
+void AbstractClient::connect() {
+    if (isChannelAdminConnected_m.load()) {
+        LOG_DEBUG("CLIENT %s: Skipping connect because channel is already admin connected",
+                  clientIdStr_m.c_str());
+        return;
+    }
+    clientState_m.store(CLIENT_STATE_CONNECTING);
+    connectImpl();
+    // Only now: a connectImpl that threw leaves the client admin-disconnected,
+    // so the next connect() tries again instead of skipping.
+    isChannelAdminConnected_m.store(true);
+}
+
+void AbstractClient::disconnect() {
+    if (!isChannelAdminConnected_m.load()) {
+        LOG_DEBUG("CLIENT %s: Skipping connect because channel is already admin disconnected",
+                  clientIdStr_m.c_str());
+        return;
+    }
+    // Cleared first, so that a slow-subscriber delay blocking the context
+    // thread stops before the session is taken down.
+    isChannelAdminConnected_m.store(false);
+    disconnectImpl();
+}
+
+}  // namespace zorvane::pubsub

@@ -1,0 +1,364 @@
+#include "client/AbstractClient.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "common/CRC.h"
+#include "common/CliProperties.h"
+#include "common/MsgProperties.h"
+#include "common/OS.h"
+#include "common/PubSubException.h"
+#include "tests/unit/LogCapture.h"
+
+namespace zorvane::pubsub {
+namespace {
+
+using namespace std::chrono_literals;
+using State = AbstractClient::ClientStateType;
+
+// The library side reduced to what the wrappers hand over.
+class TestClient : public AbstractClient {
+  public:
+    using AbstractClient::AbstractClient;
+    using AbstractClient::slowSubDelayImpl;
+    void raiseAsyncError() { asyncExceptionOccured_m = true; }
+    bool wantSlowPath() const { return wantSlowPathMsgProcess_m; }
+    INT32 slowSubCount() const { return slowSubDelayCount_m; }
+
+    int connects_m = 0, disconnects_m = 0, publishes_m = 0;
+    bool connectThrows_m = false;
+    UINT64 lastAcked_m = 0;
+    std::string implCall_m;
+
+  protected:
+    void connectImpl() override {
+        ++connects_m;
+        if (connectThrows_m) {
+            throw PubSubException("connect refused");
+        }
+    }
+    void disconnectImpl() override { ++disconnects_m; }
+    void setPublishPropsImpl(const PublishProperties& p, INT32 index, std::string xa) override {
+        implCall_m = std::to_string(p.getOrderOffset()) + "/" + std::to_string(index) + "/" + xa;
+    }
+    void publishMsgImpl(MsgProperties*, INT32) override { ++publishes_m; }
+    void publishSendMultipleImpl(std::vector<MsgProperties>&, bool, INT32) override {
+        ++publishes_m;
+    }
+    UINT64 getLastAckedMsgIdImpl() override { return lastAcked_m; }
+    void setLastAckedMsgIdImpl(UINT64 id) override { lastAcked_m = id; }
+    const PerfStats& getRxStatsImpl(bool) override { return stats_m; }
+
+    void startDataImpl() override {}
+    void stopDataImpl() override {}
+    void startQueueBrowsingImpl(const QueueBrowserProperties&) override {}
+    void stopQueueBrowsingImpl() override {}
+    bool isQueueBrowsingImpl() override { return false; }
+    void cacheRequestImpl(const std::vector<std::string>&, bool, std::string, bool, INT64,
+                          INT64) override {}
+    void cancelCacheRequestsImpl() override {}
+    std::string requestReplyImpl(const std::string&, const std::string&) override { return ""; }
+    void reflectMsgImpl(AbstractMessage*) override {}
+    INT64 getSdkStatImpl(int) override { return 0; }
+    void resetStatsImpl() override {}
+    void subscriptionUpdateImpl(const std::vector<std::string>&, bool, const std::string&,
+                                SubscriptionType) override {}
+    void topicUpdateImpl(const EpConfigProperties&) override {}
+    void queueUpdateImpl(const EpConfigProperties&) override {}
+    std::vector<std::string> tempEndpointUpdateImpl(const EpConfigProperties&) override {
+        return {};
+    }
+    void unbindAllTempEndpointsImpl() override {}
+    void mapTopicsImpl(const std::string&, const std::vector<std::string>&, bool) override {}
+    FlowStatus getFlowStatusImpl(const std::string&, EndpointType) override { return {}; }
+    void clearSubscriptionMemoryImpl() override {}
+    void endpointProvisioningImpl(const EpConfigProperties&) override {}
+    std::string getClientNameImpl() override { return ""; }
+    void setClientNameImpl(std::string) override {}
+    void updateAuthOnReconnectImpl(std::string, std::string) override {}
+    void sigalrmActionImpl() override {}
+    std::string toStringImpl() override { return ""; }
+    std::map<std::string, std::string> getRtrCapabilitiesImpl() override { return {}; }
+    void setLastMessageDetails(AbstractMessage*) override {}
+};
+
+ClientProperties clientProps() {
+    return ClientProperties(CliProperties(CliProperties::VEX_LOAD, "1.0.0"));
+}
+
+std::unique_ptr<TestClient> makeClient(const ClientProperties& props, INT32 clientId = 1,
+                                       const StatsCustomizationProperties& stats = {}) {
+    return std::make_unique<TestClient>(props, clientId, 1000000, stats, nullptr);
+}
+
+TEST(AbstractClientConnection, AdminFlagMakesRepeatedCallsHarmless) {
+    LogCapture log;
+    auto client = makeClient(clientProps());
+    client->disconnect();  // never connected: only a line
+    EXPECT_EQ(client->disconnects_m, 0);
+    EXPECT_TRUE(log.contains(
+        "CLIENT 000001: Skipping connect because channel is already admin disconnected"));
+
+    client->connect();
+    client->setChannelState(AbstractClient::CLIENT_STATE_CONNECTED);  // the up event
+    client->connect();
+    EXPECT_EQ(client->connects_m, 1);
+    EXPECT_EQ(client->getChannelState(), AbstractClient::CLIENT_STATE_CONNECTED);
+    EXPECT_TRUE(
+        log.contains("CLIENT 000001: Skipping connect because channel is already admin connected"));
+    client->disconnect();
+    client->disconnect();
+    EXPECT_EQ(client->disconnects_m, 1);
+    EXPECT_FALSE(client->isAdminConnected());
+
+    std::string texts;
+    for (int state = 0; state <= 4; ++state) {
+        texts += AbstractClient::ClientStateTypeToString(static_cast<State>(state));
+        texts += ";";
+    }
+    EXPECT_EQ(texts,
+              "CLIENT_STATE_DISCONNECTED;CLIENT_STATE_CONNECTING;CLIENT_STATE_RECONNECTING;"
+              "CLIENT_STATE_CONNECTED;UNKNOWN_CLIENT_STATE;");
+}
+
+TEST(AbstractClientConnection, FailedConnectStaysConnectingAndCanBeRetried) {
+    auto client = makeClient(clientProps());
+    client->connectThrows_m = true;
+    EXPECT_THROW(client->connect(), PubSubException);
+    EXPECT_EQ(client->getChannelState(), AbstractClient::CLIENT_STATE_CONNECTING);
+    EXPECT_FALSE(client->isAdminConnected());
+    client->connectThrows_m = false;
+    client->connect();
+    EXPECT_EQ(client->connects_m, 2);
+    EXPECT_TRUE(client->isAdminConnected());
+}
+
+TEST(AbstractClientLastError, SlotHoldsIndependentWholeCopies) {
+    auto client = makeClient(clientProps());
+    EXPECT_EQ(client->getLastError(), nullptr);
+    client->updateLastError("SUBCODE_A", 503, "Service Unavailable", -1);
+    auto first = client->getLastError();
+    ASSERT_NE(first, nullptr);
+    EXPECT_STREQ(first->what(), "PubSubErrorResponseException: 503: Service Unavailable");
+    EXPECT_EQ(first->getSubCode() + std::to_string(first->getReturnCode()), "SUBCODE_A-1");
+
+    // A callback thread writes while a traffic thread reads.
+    std::atomic<bool> done{false};
+    std::thread writer([&] {
+        for (int i = 0; i < 2000; ++i) {
+            client->updateLastError("W", i, "phrase " + std::to_string(i), i);
+        }
+        done = true;
+    });
+    int torn = 0;
+    while (!done) {
+        auto copy = client->getLastError();
+        torn += copy->getResponsePhrase() != "phrase " + std::to_string(copy->getResponseCode()) &&
+                copy->getResponseCode() != 503;
+    }
+    writer.join();
+    EXPECT_EQ(torn, 0);
+    EXPECT_EQ(first->getResponseCode(), 503) << "a copy does not follow the slot";
+    client->clearLastError();
+    EXPECT_EQ(client->getLastError(), nullptr);
+}
+
+TEST(AbstractClientPublish, CallbackErrorStopsPublishingOnlyWithStopOnError) {
+    ClientProperties props = clientProps();
+    props.setStopOnError(true);
+    auto client = makeClient(props, 2);
+    MsgProperties msg;
+    std::vector<MsgProperties> batch(2);
+    client->raiseAsyncError();
+    try {
+        client->publishMsg(&msg, 0);
+        ADD_FAILURE() << "published after a callback error";
+    } catch (const PubSubException& e) {
+        EXPECT_STREQ(e.what(),
+                     "CLIENT 000002: Async exception occurred.  Aborting publish of message.\n");
+    }
+    EXPECT_THROW(client->publishSendMultiple(batch, true, 0), PubSubException);
+    client->setPublishProps(PublishProperties(), 0, "");
+    client->publishSendMultiple(batch, true, 0);
+    EXPECT_EQ(client->publishes_m, 1);
+
+    props.setStopOnError(false);
+    auto tolerant = makeClient(props);
+    tolerant->raiseAsyncError();
+    tolerant->publishMsg(&msg, 0);
+    EXPECT_EQ(tolerant->publishes_m, 1);
+}
+
+TEST(AbstractClientPublish, PublishPropsTakeTheOffsetOfThisClientsStream) {
+    auto client = makeClient(clientProps(), 3);
+    PublishProperties publish;
+    publish.setStreamIdOffset(10);
+    publish.setOrderOffset(5);
+    publish.setOrderOffsetsForAllPublisherStreams({{12, 700}, {13, 900}});
+    client->setPublishProps(publish, 4, "xa1");
+    EXPECT_EQ(client->getPubStreamIdInPublishProperties(), 13);
+    EXPECT_EQ(client->lastAcked_m, 900U);
+    EXPECT_EQ(client->implCall_m, "900/4/xa1");
+}
+
+// Client 3 with stream offset 10 and order offset 100.
+std::unique_ptr<TestClient> publisher(bool wantPayloadCheck, bool userPropForm = false) {
+    ClientProperties props = clientProps();
+    props.setWantUserPropToolData(userPropForm);
+    auto client = makeClient(props, 3);
+    PublishProperties publish;
+    publish.setStreamIdOffset(10);
+    publish.setOrderOffset(100);
+    client->setPublishProps(publish, 0, "");
+    StatsCustomizationProperties tx;
+    tx.setWantOrderCheckPublisherStreamNumber(true);
+    tx.setWantLatency(true);
+    tx.setWantPayloadCheck(wantPayloadCheck);
+    client->setPublishStatsProps(tx);
+    return client;
+}
+
+ToolData decodeAttachment(const MsgProperties& msg) {
+    ToolData td;
+    td.decode(msg.getAttachment().data(), msg.getAttachment().data() + msg.getAttachmentSize());
+    return td;
+}
+
+TEST(AbstractClientToolData, RecordOfAMessageNumberIsWrittenOverTheAttachment) {
+    auto client = publisher(true);
+    MsgProperties msg;
+    msg.setMsgBody("<body/>");
+    std::string attachment;
+    for (int i = 0; i < 64; ++i) {
+        attachment += static_cast<char>('A' + i % 26);
+    }
+    msg.setAttachment(attachment);
+    client->updateToolData(&msg, 7, 0);
+    msg.setRepublished(true);  // the publisher marks a repeated id afterwards
+    const ToolData& filled = *msg.getToolData();
+    const UINT32 recordSize = filled.getEncodedSize();
+    EXPECT_EQ(filled.getCrcXmlPayload(), CRC::crc32("<body/>"));
+    EXPECT_EQ(filled.getCrcBinAttach(), CRC::crc32(attachment.substr(recordSize)));
+
+    const UINT64 before = OS::numClockCycles();
+    client->setToolDataAsAttachment(&msg);
+    ASSERT_EQ(msg.getAttachmentSize(), 64U);
+    ToolData received = decodeAttachment(msg);
+    EXPECT_EQ(received.getDecodedSize(), recordSize);
+    EXPECT_EQ(received.getMsgId(), 107U);
+    EXPECT_EQ(received.getStreamId(), 13);
+    EXPECT_TRUE(received.getRepublished());
+    EXPECT_GE(received.getLatency(), before) << "stamped at send";
+    EXPECT_EQ(msg.getAttachment().substr(recordSize), attachment.substr(recordSize));
+
+    client->updateToolData(&msg, 8, 12345);  // a time stamp from the schedule is kept
+    client->setToolDataAsAttachment(&msg);
+    received = decodeAttachment(msg);
+    EXPECT_EQ(received.getLatency(), 12345U);
+    EXPECT_FALSE(received.getRepublished());
+}
+
+TEST(AbstractClientToolData, ShortAttachmentBecomesTheRecordAndPropertyFormChecksItAll) {
+    auto client = publisher(true);
+    MsgProperties shortOne, none;
+    shortOne.setAttachment(std::string(10, 'z'));
+    client->updateToolData(&shortOne, 1, 0);
+    EXPECT_FALSE(shortOne.getToolData()->hasCrcBinAttach()) << "no user bytes behind the record";
+    client->setToolDataAsAttachment(&shortOne);
+    EXPECT_EQ(shortOne.getAttachmentSize(), 28U);
+    EXPECT_EQ(decodeAttachment(shortOne).getMsgId(), 101U);
+    client->updateToolData(&none, 2, 0);
+    client->setToolDataAsAttachment(&none);
+    EXPECT_EQ(decodeAttachment(none).getMsgId(), 102U);
+
+    auto properties = publisher(true, true);
+    properties->updateToolData(&shortOne, 1, 0);
+    EXPECT_EQ(shortOne.getToolData()->getCrcBinAttach(), CRC::crc32(shortOne.getAttachment()));
+
+    auto quiet = makeClient(clientProps());
+    EXPECT_FALSE(quiet->publishWantToolData());
+    MsgProperties plain;
+    plain.setAttachment("user bytes");
+    quiet->updateToolData(&plain, 3, 0);
+    quiet->setToolDataAsAttachment(&plain);
+    EXPECT_EQ(plain.getAttachment(), "user bytes");
+}
+
+TEST(AbstractClientConstruction, SubscriberOrderOffsetsAreTakenByClientNumber) {
+    ClientProperties props = clientProps();
+    props.setSubOrderOffsets({{{1, 50}}, {{1, 70}, {4, 9}}});
+    EXPECT_EQ(makeClient(props, 2)->getSubOrderOffsets(),
+              (std::map<INT32, UINT64>{{1, 70}, {4, 9}}));
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const char* expected =
+        "ERROR: Illegal values used for subscriber order offsets.\n"
+        "       What was read is equivalent to 1@50 ; 1@70,4@9\n";
+    EXPECT_EXIT(makeClient(props, 3), ::testing::ExitedWithCode(255), expected);
+    EXPECT_EXIT(makeClient(props, 0), ::testing::ExitedWithCode(255), expected);
+}
+
+TEST(AbstractClientConstruction, SlowPathIsChosenByTheFeaturesInForce) {
+    ClientProperties props = clientProps();
+    StatsCustomizationProperties latencyOnly, order, fanout;
+    latencyOnly.setWantLatency(true);
+    latencyOnly.setWantLatencyPerMsg(true);
+    EXPECT_FALSE(makeClient(props, 1, latencyOnly)->wantSlowPath()) << "a sink measuring latency";
+    order.setWantOrderCheckTopicSequenceNumber(true);
+    EXPECT_TRUE(makeClient(props, 1, order)->wantSlowPath());
+    props.setSlowSubDelayInMillis(-5);
+    EXPECT_FALSE(makeClient(props)->wantSlowPath()) << "a negative delay alone";
+    props.setSlowSubDelayCount(1);
+    EXPECT_TRUE(makeClient(props)->wantSlowPath());
+
+    ClientProperties reflector = clientProps();
+    reflector.setClientMode("reflect");
+    EXPECT_TRUE(makeClient(reflector)->wantSlowPath());
+    auto sink = makeClient(clientProps());
+    sink->setFirstSubscriptionAddTime(1000, 5);
+    EXPECT_TRUE(sink->wantSlowPath());
+
+    fanout.setFirstLastLatencyFanout(3);
+    EXPECT_THROW(makeClient(clientProps(), 1, fanout), PubSubException);
+}
+
+TEST(AbstractClientSlowSubscriber, DelayCountsDownAndEndsWhenSwitchedOffOrDisconnected) {
+    LogCapture log;
+    ClientProperties props = clientProps();
+    props.setSlowSubDelayInMillis(1);
+    props.setSlowSubDelayCount(2);
+    auto client = makeClient(props);
+    client->connect();
+    for (int i = 0; i < 3; ++i) {
+        client->slowSubDelayImpl();
+    }
+    EXPECT_EQ(client->slowSubCount(), 0);
+    EXPECT_TRUE(log.contains("CLIENT 000001: Done Sleeping for slow subscriber."));
+
+    props.setSlowSubDelayInMillis(3000);
+    props.setSlowSubDelayCount(-1);
+    auto slow = makeClient(props);
+    slow->connect();
+    const auto start = std::chrono::steady_clock::now();
+    std::thread context([&] { slow->slowSubDelayImpl(); });
+    std::this_thread::sleep_for(150ms);
+    slow->slowSubEnable(false);
+    context.join();
+    const auto took = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(took, 150ms);
+    EXPECT_LT(took, 1000ms) << "a switched-off delay ends within a piece";
+    EXPECT_EQ(slow->slowSubCount(), -1);
+
+    slow->slowSubEnable(true);
+    slow->disconnect();
+    const auto again = std::chrono::steady_clock::now();
+    slow->slowSubDelayImpl();
+    EXPECT_LT(std::chrono::steady_clock::now() - again, 100ms) << "no delay once disconnected";
+}
+
+}  // namespace
+}  // namespace zorvane::pubsub
