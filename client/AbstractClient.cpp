@@ -6,33 +6,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "common/CommonUtils.h"
 #include "common/Log.h"
 #include "common/OS.h"
 #include "common/PubSubException.h"
 
 namespace zorvane::pubsub {
-
-namespace {
-
-// The "-soo=" form of a list of subscriber order offsets: stream@offset
-// pairs joined by ",", one group per subscriber, the groups joined by " ; ".
-// Used to show what was read when the list does not fit the client.
-std::string describeSubOrderOffsets(const std::vector<std::map<INT32, UINT64>>& offsets) {
-    std::string text;
-    for (size_t group = 0; group < offsets.size(); ++group) {
-        if (group > 0) {
-            text += " ; ";
-        }
-        bool first = true;
-        for (const auto& [streamId, offset] : offsets[group]) {
-            text += (first ? "" : ",") + std::to_string(streamId) + "@" + std::to_string(offset);
-            first = false;
-        }
-    }
-    return text;
-}
-
-}  // namespace
 
 const char* AbstractClient::ClientStateTypeToString(ClientStateType state) {
     switch (state) {
@@ -78,8 +57,10 @@ AbstractClient::AbstractClient(const ClientProperties& props, INT32 clientId, UI
                     std::map<int, UINT64>(mine.begin(), mine.end()));
             } else {
                 std::fprintf(stderr, "ERROR: Illegal values used for subscriber order offsets.\n");
-                std::fprintf(stderr, "       What was read is equivalent to %s\n",
-                             describeSubOrderOffsets(subOrderOffsets).c_str());
+                std::fprintf(
+                    stderr, "       What was read is equivalent to %s\n",
+                    CommonUtils::serializeFullArgumentForSubscriberOrderOffsets(subOrderOffsets)
+                        .c_str());
                 std::exit(-1);
             }
         }
