@@ -6,12 +6,15 @@
 // thread, so nothing locks. updateAttachmentForToolData, setRepublished and
 // the tool data record allocate nothing and may be used on the publish path;
 // overlayToolDataRecord allocates only when the attachment is shorter than
-// the record.
+// the record; the generateNewAttachment functions allocate nothing once the
+// attachment has held the size asked for (they write in place and only grow
+// the buffer).
 #pragma once
 
 #include <memory>
 #include <string>
 
+#include "common/SdmProperties.h"
 #include "common/ToolData.h"
 #include "common/dataTypes.h"
 
@@ -59,6 +62,31 @@ class MsgProperties {
     // the original size.
     size_t getAttachmentSize() const { return attachment_m.size(); }
 
+    // ---- new attachment contents for each send ----
+
+    // Regenerates the attachment before a send, for a message of the given
+    // publisher stream and message id. The size starts at the original
+    // size; a non-zero jitter factor scales it by a random factor from
+    // 1 - factor up to just below 1 + factor (at least 1 byte); otherwise,
+    // when both limits are 0 or more, it is drawn from min to max. The
+    // contents are random bytes, unique chunks or the chunked content, as
+    // the two wanted-contents flags say. state_p is the calling thread's
+    // generator state (OS::randomInitState).
+    void generateNewAttachment(UINT16* state_p, double attachmentSizeJitterFactor,
+                               INT64 randomAttachSizeMin, INT64 randomAttachSizeMax,
+                               UINT32 streamId, UINT64 msgId);
+    // The chunked content: ":0000000:0000001..." filled with "A".
+    void generateNewAttachmentNonRepeating(INT32 attachmentSize);
+    // Every byte drawn from 0 to 255.
+    void generateNewAttachmentRandomNoise(INT32 attachmentSize, UINT16* state_p);
+    // 32-byte chunks ":sss:mmmmmmmmmmm:ttttttttttttttt" of the low 12 bits of
+    // the stream id, the low 32 bits of the message id and the clock in
+    // microseconds, read anew for each chunk, all in hexadecimal; the rest
+    // is filled with the capital letters counting up from "A". No two
+    // attachments of a run are alike, which defeats deduplication and
+    // compression on the way.
+    void generateNewAttachmentUnique(INT32 attachmentSize, UINT32 streamId, UINT64 msgId);
+
     // ---- getters and setters ----
 
     const std::string& getMsgBody() const { return msgBody_m; }
@@ -73,8 +101,9 @@ class MsgProperties {
     void setUserdata(const std::string& value) { userdata_m = value; }
     const std::string& getPartitionKey() const { return partitionKey_m; }
     void setPartitionKey(const std::string& value) { partitionKey_m = value; }
-    const std::string& getSdmMsgProps() const { return sdmMsgProps_m; }
-    void setSdmMsgProps(const std::string& value) { sdmMsgProps_m = value; }
+    // The structured message description; id -1 when the message has none.
+    const SdmProperties& getSdmMsgProps() const { return sdmMsgProps_m; }
+    void setSdmMsgProps(const SdmProperties& value) { sdmMsgProps_m = value; }
     // The republished mark of the tool data: set when a message id is sent
     // again, after the tool data was filled for it.
     bool getRepublished() const { return toolData_m.getRepublished(); }
@@ -107,10 +136,7 @@ class MsgProperties {
     std::string queue_m;
     std::string userdata_m;
     std::string partitionKey_m;
-    // Structured message descriptions belong to a part of the tool that
-    // does not exist yet. Until it does, the message carries the description
-    // in its text form.
-    std::string sdmMsgProps_m;
+    SdmProperties sdmMsgProps_m;
     ToolData toolData_m;
     PubSubMessageObjectType msgObjType_m;
     INT32 originalAttachmentSize_m;  // before jitter changed it

@@ -1,6 +1,7 @@
 #include "common/PublishProperties.h"
 
 #include <sstream>
+#include <utility>
 
 #include "common/CliProperties.h"
 #include "common/Log.h"
@@ -85,7 +86,7 @@ PublishProperties::PublishProperties()
       wantUniqueAttachmentContents_m(false),
       transactedSessionNameList_m(),
       jsonDocFileList_m(),
-      messagePriorityList_m(),
+      messagePriority_m(),
       partitionKeyList_m(),
       transactionRedeliveryLimit_m(-1),
       httpContentEncoding_m(),
@@ -145,7 +146,7 @@ PublishProperties::PublishProperties(const CliProperties& cli)
           cli.getBooleanProperty(CliProperties::WANT_UNIQUE_BINARY_ATTACH)),
       transactedSessionNameList_m(),
       jsonDocFileList_m(cli.getVectorProperty(CliProperties::JSON_DOC_FILE_LIST)),
-      messagePriorityList_m(cli.getIntVectorProperty(CliProperties::PUB_PRIORITY_LIST)),
+      messagePriority_m(),
       partitionKeyList_m(cli.getVectorProperty(CliProperties::PARTITION_KEY_LIST)),
       transactionRedeliveryLimit_m(
           cli.getIntegerProperty(CliProperties::TRANSACTION_REDELIVERY_LIMIT)),
@@ -164,6 +165,12 @@ PublishProperties::PublishProperties(const CliProperties& cli)
     }
 
     setMsgObjTypeList(cli.getStringProperty(CliProperties::MSG_OBJ_TYPE_PATTERN));
+
+    const std::vector<INT32> priorityList =
+        cli.getIntVectorProperty(CliProperties::PUB_PRIORITY_LIST);
+    if (!priorityList.empty()) {
+        messagePriority_m.generator_mp = std::make_unique<MessagePriorityGenerator>(priorityList);
+    }
 
     // "-msar=0-0" means the same as no "-msar=" at all.
     if (attachSizeMin_m == 0 && attachSizeMax_m == 0) {
@@ -202,6 +209,14 @@ void PublishProperties::setMsgObjTypeList(const std::string& pattern) {
                 break;
         }
     }
+}
+
+void PublishProperties::setMessagePriorityGenerator(
+    std::unique_ptr<MessagePriorityGenerator> generator) {
+    if (messagePriority_m.generator_mp != nullptr) {
+        LOG_INFO("Replacing MessagePriorityGenerator with new one, deleting existing one.");
+    }
+    messagePriority_m.generator_mp = std::move(generator);
 }
 
 void PublishProperties::setOrderOffsetToThatOfGivenPublisherStream(INT32 streamId) {
@@ -268,7 +283,8 @@ std::string PublishProperties::toString() const {
         << "  Custom Properties List Size = " << customPropertiesList_m.size() << "\n"
         << "  Random Attach Size Min = " << attachSizeMin_m << "\n"
         << "  Random Attach Size Max = " << attachSizeMax_m << "\n"
-        << "  Pub Priority Generator = " << (hasMessagePriorityGenerator() ? "YES" : "NO") << "\n"
+        << "  Pub Priority Generator = "
+        << (getMessagePriorityGenerator() != nullptr ? "YES" : "NO") << "\n"
         << "}";
     return out.str();
 }

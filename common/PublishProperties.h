@@ -2,9 +2,9 @@
 // the finished property store and copied into every client and publish
 // thread, each of which then works on its own copy.
 //
-// Ownership and threads: a plain value; copies share nothing. No locks; the
-// constructor from the store runs on the main thread and never blocks
-// beyond writing a log line.
+// Ownership and threads: a plain value; copies share nothing, and each copy
+// owns a priority generator of its own. No locks; the constructor from the
+// store runs on the main thread and never blocks beyond writing a log line.
 #pragma once
 
 #include <map>
@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "common/MessagePriorityGenerator.h"
 #include "common/dataTypes.h"
 
 namespace zorvane::pubsub {
@@ -29,7 +30,8 @@ class PublishProperties {
 
     // Copies the publish keys of the store. Throws PubSubException when
     // NUM_CLIENTS or NUM_PUBS_PER_SESSION is below 1, as the messages per
-    // publish thread cannot be worked out then.
+    // publish thread cannot be worked out then, and when PUB_PRIORITY_LIST
+    // makes no priority generator (see MessagePriorityGenerator).
     explicit PublishProperties(const CliProperties& cliProperties);
 
     PublishProperties(const PublishProperties&) = default;
@@ -170,11 +172,12 @@ class PublishProperties {
     }
     const std::vector<std::string>& getJsonDocFileList() const { return jsonDocFileList_m; }
     void setJsonDocFileList(const std::vector<std::string>& value) { jsonDocFileList_m = value; }
-    // Pairs of priority and weight the random priority source is built
-    // from; empty for no source.
-    const std::vector<INT32>& getMessagePriorityList() const { return messagePriorityList_m; }
-    void setMessagePriorityList(const std::vector<INT32>& value) { messagePriorityList_m = value; }
-    bool hasMessagePriorityGenerator() const { return !messagePriorityList_m.empty(); }
+    // The random priority source of the send path; null for none.
+    const MessagePriorityGenerator* getMessagePriorityGenerator() const {
+        return messagePriority_m.generator_mp.get();
+    }
+    // Takes the generator (null for none); one it replaces is deleted.
+    void setMessagePriorityGenerator(std::unique_ptr<MessagePriorityGenerator> generator);
     const std::vector<std::string>& getPartitionKeyList() const { return partitionKeyList_m; }
     void setPartitionKeyList(const std::vector<std::string>& value) { partitionKeyList_m = value; }
     INT32 getTransactionRedeliveryLimit() const { return transactionRedeliveryLimit_m; }
@@ -239,11 +242,31 @@ class PublishProperties {
     bool wantUniqueAttachmentContents_m;
     std::vector<std::string> transactedSessionNameList_m;  // one per client, set by the run
     std::vector<std::string> jsonDocFileList_m;
-    // The random priority source belongs to message content generation,
-    // which is not part of the tool yet. Until it is, the record carries the
-    // list the source is built from in the source's place; an empty list
-    // stands for no source.
-    std::vector<INT32> messagePriorityList_m;
+    // Owns the priority generator and gives each copy of the record a
+    // generator of its own, so that the record keeps its default copies.
+    struct OwnedPriorityGenerator {
+        OwnedPriorityGenerator() = default;
+        OwnedPriorityGenerator(const OwnedPriorityGenerator& other) : generator_mp(copyOf(other)) {}
+        OwnedPriorityGenerator& operator=(const OwnedPriorityGenerator& other) {
+            if (this != &other) {
+                generator_mp = copyOf(other);
+            }
+            return *this;
+        }
+        OwnedPriorityGenerator(OwnedPriorityGenerator&&) = default;
+        OwnedPriorityGenerator& operator=(OwnedPriorityGenerator&&) = default;
+        ~OwnedPriorityGenerator() = default;
+
+        static std::unique_ptr<MessagePriorityGenerator> copyOf(
+            const OwnedPriorityGenerator& other) {
+            return other.generator_mp != nullptr
+                       ? std::make_unique<MessagePriorityGenerator>(other.generator_mp.get())
+                       : nullptr;
+        }
+
+        std::unique_ptr<MessagePriorityGenerator> generator_mp;  // null for none
+    };
+    OwnedPriorityGenerator messagePriority_m;
     std::vector<std::string> partitionKeyList_m;
     INT32 transactionRedeliveryLimit_m;  // -1 for no limit
     std::string httpContentEncoding_m;

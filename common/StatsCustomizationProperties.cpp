@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "common/CliProperties.h"
+#include "common/DiskUtils.h"
 
 namespace zorvane::pubsub {
 
@@ -24,7 +25,7 @@ StatsCustomizationProperties::StatsCustomizationProperties()
       wantUD_m(false),
       wantResponseCheck_m(false),
       wantStructMsgCheck_m(false),
-      sdmPropsFileList_m(),
+      sdmPropsList_m(),
       wantCacheMsgStats_m(false),
       wantDIStats_m(false),
       wantLatencyPerMsg_m(false),
@@ -53,7 +54,7 @@ StatsCustomizationProperties::StatsCustomizationProperties(const CliProperties& 
       wantUD_m(cli.getBooleanProperty(CliProperties::WANT_UD)),
       wantResponseCheck_m(cli.getBooleanProperty(CliProperties::WANT_RESPONSE_CHECK)),
       wantStructMsgCheck_m(false),
-      sdmPropsFileList_m(),
+      sdmPropsList_m(),
       // Cache statistics have no option of their own: naming a cache is
       // enough to want them.
       wantCacheMsgStats_m(!cli.getStringProperty(CliProperties::CACHE_PROP_NAME).empty()),
@@ -69,7 +70,7 @@ StatsCustomizationProperties::StatsCustomizationProperties(const CliProperties& 
     const std::vector<std::string> sdmFiles = cli.getVectorProperty(CliProperties::SDM_FILE_LIST);
     if (!sdmFiles.empty()) {
         wantStructMsgCheck_m = true;
-        sdmPropsFileList_m = sdmFiles;
+        sdmPropsList_m = DiskUtils::genSdmPropsListFromFiles(sdmFiles);
     } else {
         wantStructMsgCheck_m = cli.getBooleanProperty(CliProperties::SDM_AUTO_GEN_FLAG);
     }
@@ -99,7 +100,7 @@ std::string StatsCustomizationProperties::toString() const {
         << "  Want UD                = " << wantUD_m << "\n"
         << "  Want Response Check    = " << wantResponseCheck_m << "\n"
         << "  Want Struct Msg Check  = " << wantStructMsgCheck_m << "\n"
-        << "  SDM Props File List Size = " << sdmPropsFileList_m.size() << "\n"
+        << "  SDM Props List Size    = " << sdmPropsList_m.size() << "\n"
         << "  Want Cache Msg Stats   = " << wantCacheMsgStats_m << "\n"
         << "  Want DI Stats          = " << wantDIStats_m << "\n"
         << "  Want Latency Per Msg   = " << wantLatencyPerMsg_m << "\n"

@@ -2,14 +2,17 @@
 // property store. Each client keeps two copies, one for what it sends and one
 // for what it receives.
 //
-// Ownership and threads: a plain value with no pointers; each copy is read
-// without locks by the thread that owns it. Nothing blocks.
+// Ownership and threads: a plain value; copies share only the immutable
+// texts of the structured message descriptions. Each copy is read without
+// locks by the thread that owns it. The constructor from the store reads the
+// description files on the main thread; nothing else blocks.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "common/SdmProperties.h"
 #include "common/dataTypes.h"
 
 namespace zorvane::pubsub {
@@ -21,6 +24,7 @@ class StatsCustomizationProperties {
     // All flags false, all numbers 0, the rate interval 1.
     StatsCustomizationProperties();
     // Copies every field from the store; see the .cpp for the derived ones.
+    // A faulty structured message description file throws PubSubException.
     explicit StatsCustomizationProperties(const CliProperties& cliProperties);
 
     StatsCustomizationProperties(const StatsCustomizationProperties&) = default;
@@ -77,8 +81,10 @@ class StatsCustomizationProperties {
     void setWantResponseCheck(bool value) { wantResponseCheck_m = value; }
     bool getWantStructMsgCheck() const { return wantStructMsgCheck_m; }
     void setWantStructMsgCheck(bool value) { wantStructMsgCheck_m = value; }
-    const std::vector<std::string>& getSdmPropsFileList() const { return sdmPropsFileList_m; }
-    void setSdmPropsFileList(const std::vector<std::string>& value) { sdmPropsFileList_m = value; }
+    // User-defined structured messages to check received ones against; the
+    // description with id 50 + i is element i.
+    const std::vector<SdmProperties>& getSdmPropsList() const { return sdmPropsList_m; }
+    void setSdmPropsList(const std::vector<SdmProperties>& value) { sdmPropsList_m = value; }
     bool getWantCacheMsgStats() const { return wantCacheMsgStats_m; }
     void setWantCacheMsgStats(bool value) { wantCacheMsgStats_m = value; }
     bool getWantDIStats() const { return wantDIStats_m; }
@@ -110,11 +116,7 @@ class StatsCustomizationProperties {
     bool wantUD_m;
     bool wantResponseCheck_m;  // no option sets it
     bool wantStructMsgCheck_m;
-    // The structured message descriptions to check against are read from
-    // these files by the reader of message descriptions, which is not part
-    // of the tool yet; until then the record carries the file names in the
-    // place of the parsed list.
-    std::vector<std::string> sdmPropsFileList_m;
+    std::vector<SdmProperties> sdmPropsList_m;
     bool wantCacheMsgStats_m;
     bool wantDIStats_m;
     bool wantLatencyPerMsg_m;

@@ -5,9 +5,15 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <memory>
 #include <new>
+#include <vector>
 
+#include "common/DiskUtils.h"
+#include "common/OS.h"
 #include "common/PerfStats.h"
+#include "common/PublishMessageCycle.h"
+#include "common/PublishProperties.h"
 #include "common/ToolData.h"
 
 namespace {
@@ -67,6 +73,33 @@ TEST(HotPathAllocation, DecodeLatencyAndInOrderChecksAllocateNothing) {
 
     stats.checkOrderPublisherStreamNumber(4, 1, false, false);  // the counter does count
     EXPECT_GT(allocations_s.load() - before, 0);
+}
+
+TEST(HotPathAllocation, WarmMessageCycleWithJitterAndUniqueContentsAllocatesNothing) {
+    std::unique_ptr<UINT16[]> state_p(OS::randomInitState(3));
+    std::vector<MsgProperties> msgs(3);
+    for (MsgProperties& msg : msgs) {
+        msg.setAttachment(DiskUtils::generateAttachment(100));
+        msg.setOriginalAttachmentSize(100);
+        msg.setWantUniqueAttachmentContents(true);
+    }
+    msgs[0].setTopicProbabilityWeight(3.0);
+    PublishProperties props;
+    props.setUseRandomMessageOrder(true);
+    props.setAttachmentSizeJitterFactor(0.5);
+    props.setPartitionKeyList({"key-1", "key-2"});
+    props.setMsgObjTypeList("bt");
+    PublishMessageCycle cycle;
+    cycle.configure(msgs, props, state_p.get());
+    INT64 id = 1;
+    for (; id <= 2000; ++id) {  // every attachment reaches its largest size
+        cycle.nextMessage(id, 1, id);
+    }
+    const long before = allocations_s.load();
+    for (; id <= 12000; ++id) {
+        cycle.nextMessage(id, 1, id);
+    }
+    EXPECT_EQ(allocations_s.load() - before, 0);
 }
 
 }  // namespace

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <regex>
+#include <set>
 #include <string>
+
+#include "common/DiskUtils.h"
+#include "common/OS.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -41,6 +47,61 @@ TEST(MsgPropertiesToolData, OversizedOrEmptyRangesDoNotChangeTheLength) {
     EXPECT_EQ(noAttachment.getAttachmentSize(), 0u);
 }
 
+// ---- new attachments for each send ----
+
+struct Generator {
+    std::unique_ptr<UINT16[]> state_p{OS::randomInitState(99)};
+};
+
+MsgProperties withAttachment(INT32 size) {
+    MsgProperties msg;
+    msg.setAttachment(DiskUtils::generateAttachment(size));
+    msg.setOriginalAttachmentSize(size);
+    return msg;
+}
+
+TEST(MsgPropertiesNewAttachment, JitterAndRandomSizesStayInTheirRange) {
+    Generator gen;
+    MsgProperties msg = withAttachment(100);
+    std::set<size_t> sizes;
+    for (int send = 0; send < 20000; ++send) {
+        msg.generateNewAttachment(gen.state_p.get(), 0.5, -1, -1, 1, send);
+        sizes.insert(msg.getAttachmentSize());
+    }
+    EXPECT_EQ(*sizes.begin(), 50u);
+    EXPECT_EQ(*sizes.rbegin(), 149u);
+    EXPECT_EQ(sizes.size(), 100u);
+    EXPECT_EQ(msg.getAttachment(), DiskUtils::generateAttachment(msg.getAttachmentSize()));
+
+    // Jitter wins over a size range; a shrunken size never goes below 1.
+    MsgProperties tiny = withAttachment(1);
+    tiny.generateNewAttachment(gen.state_p.get(), -3.0, 5, 5, 1, 1);
+    EXPECT_GE(tiny.getAttachmentSize(), 1u);
+    msg.generateNewAttachment(gen.state_p.get(), 0.0, 5, 5, 1, 1);
+    EXPECT_EQ(msg.getAttachment(), "AAAAA");
+    msg.generateNewAttachment(gen.state_p.get(), 0.0, -1, -1, 1, 1);
+    EXPECT_EQ(msg.getAttachmentSize(), 100u);  // back to the original size
+}
+
+TEST(MsgPropertiesNewAttachment, ContentsFollowTheWantedKind) {
+    Generator gen;
+    MsgProperties unique = withAttachment(40);
+    unique.setWantUniqueAttachmentContents(true);
+    unique.generateNewAttachment(gen.state_p.get(), 0.0, -1, -1, 0x1abc, 0x123456789ULL);
+    EXPECT_TRUE(std::regex_match(unique.getAttachment(),
+                                 std::regex(":abc:00023456789:[0-9a-f]{15}ABCDEFGH")))
+        << unique.getAttachment();
+    unique.generateNewAttachmentUnique(64, 1, 2);
+    EXPECT_EQ(unique.getAttachment().substr(32, 17), ":001:00000000002:");
+
+    MsgProperties noise = withAttachment(4096);
+    noise.setWantRandomNoiseAttachmentContents(true);
+    noise.setWantUniqueAttachmentContents(true);  // noise wins
+    noise.generateNewAttachment(gen.state_p.get(), 0.0, -1, -1, 1, 1);
+    const std::string bytes = noise.getAttachment();
+    EXPECT_EQ(std::set<char>(bytes.begin(), bytes.end()).size(), 256u);
+}
+
 TEST(MsgPropertiesRecord, CloneIsIndependentAndComplete) {
     MsgProperties original;
     original.setTopic("t/1");
@@ -71,12 +132,14 @@ TEST(MsgPropertiesRecord, ToStringHeadsEachPartInOrder) {
               "----   Queue    ----\n\n"
               "----- Userdata -----\n\n"
               "--- Partition Key --\n\n"
-              "---- SDM Props -----\n\n"
-              "---- Message Object Type -----\n4\n"
-              "---- Aggregate probability weight -----\n2.5\n"
-              "---- Using Random Noise Attachment Contents -----\n0\n"
-              "---- Using Unique Attachment Contents -----\n0\n"
-              "-- ACK Immediately--\n1\n");
+              "---- SDM Props -----\n" +
+                  SdmProperties().toString() +
+                  "\n"
+                  "---- Message Object Type -----\n4\n"
+                  "---- Aggregate probability weight -----\n2.5\n"
+                  "---- Using Random Noise Attachment Contents -----\n0\n"
+                  "---- Using Unique Attachment Contents -----\n0\n"
+                  "-- ACK Immediately--\n1\n");
 }
 
 }  // namespace

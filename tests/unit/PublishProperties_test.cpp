@@ -150,9 +150,11 @@ TEST(PublishPropertiesDerived, OrderOffsetIsTakenOnlyForAKnownStream) {
 
 TEST(PublishPropertiesDerived, PriorityListMeansAPrioritySource) {
     CliProperties cli = makeStore();
-    cli.setIntVectorProperty(CliProperties::PUB_PRIORITY_LIST, {0, 50, 9, 50});
+    cli.setIntVectorProperty(CliProperties::PUB_PRIORITY_LIST, {0, 2, 9, 1});
     const PublishProperties props(cli);
-    EXPECT_TRUE(props.hasMessagePriorityGenerator());
+    ASSERT_NE(props.getMessagePriorityGenerator(), nullptr);
+    EXPECT_EQ(props.getMessagePriorityGenerator()->getMsgPrioritiesVector(),
+              (std::vector<int>{0, 0, 9}));
     EXPECT_NE(props.toString().find("\n  Pub Priority Generator = YES\n}"), std::string::npos);
     EXPECT_NE(PublishProperties(makeStore()).toString().find("\n  Pub Priority Generator = NO\n}"),
               std::string::npos);
@@ -169,12 +171,36 @@ TEST(PublishPropertiesRecord, CloneIsIndependentAndComplete) {
     std::unique_ptr<PublishProperties> copy = original.clone();
     EXPECT_EQ(copy->toString(), original.toString());
 
+    // The copy has a generator of its own.
+    ASSERT_NE(copy->getMessagePriorityGenerator(), nullptr);
+    EXPECT_NE(copy->getMessagePriorityGenerator(), original.getMessagePriorityGenerator());
+    PublishProperties assigned;
+    assigned = original;
+    EXPECT_NE(assigned.getMessagePriorityGenerator(), original.getMessagePriorityGenerator());
+    EXPECT_EQ(assigned.getMessagePriorityGenerator()->getMsgPrioritiesVector(),
+              std::vector<int>{1});
+
     copy->setTopicsArray({{"x"}, {"y"}});
     copy->setOrderOffsetToThatOfGivenPublisherStream(1);
-    copy->setMessagePriorityList({});
+    copy->setMessagePriorityGenerator(nullptr);
     EXPECT_EQ(original.getTopicsArray(), (std::vector<std::vector<std::string>>{{"a"}}));
     EXPECT_EQ(original.getOrderOffset(), 0);
-    EXPECT_TRUE(original.hasMessagePriorityGenerator());
+    EXPECT_NE(original.getMessagePriorityGenerator(), nullptr);
+}
+
+TEST_F(PublishPropertiesLog, ReplacingAPriorityGeneratorIsLoggedOnlyWhenOneExisted) {
+    PublishProperties props;
+    props.setMessagePriorityGenerator(
+        std::make_unique<MessagePriorityGenerator>(std::vector<int>{3, 1}));
+    EXPECT_TRUE(logLines_s.empty());
+    props.setMessagePriorityGenerator(
+        std::make_unique<MessagePriorityGenerator>(std::vector<int>{4, 1}));
+    EXPECT_EQ(props.getMessagePriorityGenerator()->getRandomPriority(), 4);
+    ASSERT_EQ(logLines_s.size(), 1u);
+    EXPECT_EQ(logLines_s[0],
+              std::make_pair(static_cast<int>(log::LEVEL_INFO),
+                             std::string("Replacing MessagePriorityGenerator with new one, "
+                                         "deleting existing one.")));
 }
 
 TEST(PublishPropertiesRecord, ToStringListsEveryTopicGroup) {

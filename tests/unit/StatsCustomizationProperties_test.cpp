@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/CliProperties.h"
+#include "tests/unit/MessageContentTestSupport.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -13,6 +14,8 @@ namespace {
 CliProperties makeStore() {
     return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
 }
+
+using contenttest::tempFile;
 
 TEST(StatsCustomizationPropertiesFromStore, HistogramShapeComesFromPlainStoreFields) {
     const StatsCustomizationProperties stats(makeStore());
@@ -40,14 +43,27 @@ TEST(StatsCustomizationPropertiesFromStore, StructuredMessageCheckFollowsFilesTh
     cli.setBooleanProperty(CliProperties::SDM_AUTO_GEN_FLAG, true);
     StatsCustomizationProperties flagOnly(cli);
     EXPECT_TRUE(flagOnly.getWantStructMsgCheck());
-    EXPECT_TRUE(flagOnly.getSdmPropsFileList().empty());
+    EXPECT_TRUE(flagOnly.getSdmPropsList().empty());
 
-    // Files win over a false flag.
+    // Files win over a false flag, and are read into descriptions with ids
+    // from 50 in file order.
     cli.setBooleanProperty(CliProperties::SDM_AUTO_GEN_FLAG, false);
-    cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {"a.sdm", "b.sdm"});
+    cli.setVectorProperty(CliProperties::SDM_FILE_LIST,
+                          {tempFile("stats_a.sdm", "msg:type=map\n"),
+                           tempFile("stats_b.sdm", "msg:useBinaryAttachment=1\n")});
     StatsCustomizationProperties withFiles(cli);
     EXPECT_TRUE(withFiles.getWantStructMsgCheck());
-    EXPECT_EQ(withFiles.getSdmPropsFileList(), (std::vector<std::string>{"a.sdm", "b.sdm"}));
+    ASSERT_EQ(withFiles.getSdmPropsList().size(), 2u);
+    EXPECT_EQ(withFiles.getSdmPropsList()[0].getSdmId(), 50);
+    EXPECT_TRUE(withFiles.getSdmPropsList()[0].isMapMsg());
+    EXPECT_EQ(withFiles.getSdmPropsList()[1].getSdmId(), 51);
+    EXPECT_TRUE(withFiles.getSdmPropsList()[1].useBinAttach());
+
+    // A faulty or missing description ends the build.
+    cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {tempFile("stats_c.sdm", "?\n")});
+    EXPECT_THROW(StatsCustomizationProperties bad(cli), PubSubException);
+    cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {::testing::TempDir() + "no_such.sdm"});
+    EXPECT_THROW(StatsCustomizationProperties bad(cli), PubSubException);
 }
 
 TEST(StatsCustomizationPropertiesFromStore, NamingACacheTurnsOnCacheStats) {
@@ -66,15 +82,16 @@ TEST(StatsCustomizationPropertiesRecord, DefaultRecordDiffersFromDefaultStore) {
 
 TEST(StatsCustomizationPropertiesRecord, CloneIsIndependentAndComplete) {
     CliProperties cli = makeStore();
-    cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {"a.sdm"});
+    cli.setVectorProperty(CliProperties::SDM_FILE_LIST,
+                          {tempFile("stats_clone.sdm", "msg:type=map\n")});
     cli.setBooleanProperty(CliProperties::WANT_LATENCY_MEASUREMENT, true);
     const StatsCustomizationProperties original(cli);
     std::unique_ptr<StatsCustomizationProperties> copy = original.clone();
     EXPECT_EQ(copy->toString(), original.toString());
 
-    copy->setSdmPropsFileList({});
+    copy->setSdmPropsList({});
     copy->setWantLatency(false);
-    EXPECT_EQ(original.getSdmPropsFileList().size(), 1u);
+    EXPECT_EQ(original.getSdmPropsList().size(), 1u);
     EXPECT_TRUE(original.getWantLatency());
 }
 
