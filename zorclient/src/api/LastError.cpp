@@ -23,6 +23,26 @@ void LastError::setV(zorClient_subCode_t subCode, zorClient_session_responseCode
     }
 }
 
+void LastError::setText(zorClient_subCode_t subCode, zorClient_session_responseCode_t responseCode,
+                        const char* text_p) noexcept {
+    errorInfo_s.subCode = subCode;
+    errorInfo_s.responseCode = responseCode;
+    std::size_t length = 0;
+    if (text_p != nullptr) {
+        while (length + 1 < sizeof errorInfo_s.errorStr && text_p[length] != '\0') {
+            errorInfo_s.errorStr[length] = text_p[length];
+            ++length;
+        }
+    }
+    errorInfo_s.errorStr[length] = '\0';
+}
+
+void LastError::copyFrom(const zorClient_errorInfo& error) noexcept {
+    if (&error != &errorInfo_s) {
+        setText(error.subCode, error.responseCode, error.errorStr);
+    }
+}
+
 void LastError::set(zorClient_subCode_t subCode, zorClient_session_responseCode_t responseCode,
                     const char* format_p, ...) noexcept {
     va_list args;
