@@ -22,10 +22,11 @@ std::uint32_t* futexWord(std::atomic<std::uint32_t>& word) noexcept {
 }  // namespace
 
 void Waker::wake() noexcept {
-    // Pairs with the fence in prepareSleep(): the work published before this call is visible
-    // to the consumer's last check, or the consumer's sleeping flag is visible here.
-    std::atomic_thread_fence(std::memory_order_seq_cst);
-    if (sleeping_m.load(std::memory_order_relaxed)) {
+    // Both sides touch sleeping_m with read-modify-writes, which the flag's modification order
+    // puts one after the other: either this one comes later and sees the consumer asleep, or it
+    // comes first and the consumer's exchange in prepareSleep() synchronises with it, so that the
+    // consumer's last check sees the work published before this call.
+    if (sleeping_m.fetch_add(0, std::memory_order_acq_rel) != 0) {
         word_m.fetch_add(1, std::memory_order_release);
         syscall(SYS_futex, futexWord(word_m), FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
     }
@@ -33,8 +34,7 @@ void Waker::wake() noexcept {
 
 std::uint32_t Waker::prepareSleep() noexcept {
     std::uint32_t ticket = word_m.load(std::memory_order_acquire);
-    sleeping_m.store(true, std::memory_order_relaxed);
-    std::atomic_thread_fence(std::memory_order_seq_cst);
+    sleeping_m.exchange(1, std::memory_order_acq_rel);
     return ticket;
 }
 

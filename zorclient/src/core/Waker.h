@@ -1,6 +1,6 @@
 // Puts one consumer thread to sleep until a producer has something for it, with a time limit.
-// Producers wake it only when it really sleeps, so a busy consumer costs them one fence and one
-// load per wake() and no system call.
+// Producers wake it only when it really sleeps, so a busy consumer costs them one atomic
+// read-modify-write per wake() and no system call.
 //
 // The consumer's side, on one thread:
 //     auto ticket = waker.prepareSleep();
@@ -27,11 +27,11 @@ class Waker {
     std::uint32_t prepareSleep() noexcept;
     // Returns on wake(), at the timeout, or spuriously.
     void sleep(std::uint32_t ticket, std::chrono::nanoseconds timeout) noexcept;
-    void endSleep() noexcept { sleeping_m.store(false, std::memory_order_relaxed); }
+    void endSleep() noexcept { sleeping_m.store(0, std::memory_order_relaxed); }
 
   private:
-    std::atomic<std::uint32_t> word_m{0};  // the futex word: changes on every wake-up
-    std::atomic<bool> sleeping_m{false};
+    std::atomic<std::uint32_t> word_m{0};      // the futex word: changes on every wake-up
+    std::atomic<std::uint32_t> sleeping_m{0};  // 1 while the consumer may sleep
 };
 
 }  // namespace zorvane::zorclient
