@@ -6,7 +6,9 @@ namespace zorvane::zorclient {
 
 namespace {
 // Constant-initialised, so access needs no guard and the first use on a thread costs nothing.
-thread_local zorClient_errorInfo errorInfo_s = {ZORCLIENT_SUBCODE_OK, 0, {0}};
+// In the static TLS block, so that reaching it never allocates: signal handlers set it too.
+thread_local zorClient_errorInfo errorInfo_s
+    __attribute__((tls_model("initial-exec"))) = {ZORCLIENT_SUBCODE_OK, 0, {0}};
 }  // namespace
 
 zorClient_errorInfo& LastError::get() noexcept {

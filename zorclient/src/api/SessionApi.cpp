@@ -49,18 +49,18 @@ zorClient_returnCode_t zorClient_session_create(zorClient_propertyArray_pt props
             rc =
                 SessionConfig::check(list, SessionConfig::Purpose::Create, function_p, &properties);
         }
-        if (rc == ZORCLIENT_OK) {
-            rc = BackendFactory::checkProperties(list, function_p);
-        }
-        if (rc != ZORCLIENT_OK) {
-            return rc;
-        }
         // The global array's backend keys first, so that the session's own win.
         std::vector<PropertyList::Entry> backendProperties = ProcessConfig::embeddedProperties();
         for (const PropertyList::Entry& entry : list.entries()) {
             if (PropertyList::hasPrefix(entry.first, ZORCLIENT_EMBEDDED_PROP_PREFIX)) {
                 backendProperties.push_back(entry);
             }
+        }
+        if (rc == ZORCLIENT_OK) {
+            rc = BackendFactory::checkProperties(PropertyList(backendProperties), function_p);
+        }
+        if (rc != ZORCLIENT_OK) {
+            return rc;
         }
         Session::Callbacks callbacks;
         callbacks.event_p = funcInfo_p->eventInfo.callback_p;

@@ -52,6 +52,14 @@ int pinThread(std::thread& thread, const std::vector<int>& cpus) {
 Context::Context(const ContextConfig& config) : config_m(config), queue_m(QUEUE_CAPACITY) {}
 
 Context::~Context() {
+    if (thread_m.joinable()) {
+        // The own thread held the last reference: it is ending and cannot join itself.
+        if (thread_m.get_id() == std::this_thread::get_id()) {
+            thread_m.detach();
+        } else {
+            thread_m.join();
+        }
+    }
     discardQueued();
 }
 
@@ -60,7 +68,8 @@ zorClient_returnCode_t Context::create(const ContextConfig& config, const char* 
     Ref<Context> context(new Context(config));
     if (config.createThread) {
         try {
-            context->thread_m = std::thread([raw_p = context.get()] { raw_p->runOwnThread(); });
+            // The thread holds a reference, so the context outlives the loop that uses it.
+            context->thread_m = std::thread([self = context] { self->runOwnThread(); });
         } catch (const std::system_error& e) {
             return LastError::fail(ZORCLIENT_SUBCODE_OS_ERROR,
                                    "%s: the context thread could not start: %s", function_p,

@@ -14,7 +14,9 @@
 // Threads: the API operations are thread-safe (a mutex guards configuration, backends and
 // state changes; it is never held while the application is called). requestFailure() is
 // async-signal-safe. onAttention(), onTimer() and the EventTarget methods run on the context
-// thread. BackendListener methods run on any thread and only queue.
+// thread. BackendListener methods run on any thread (a broker's, under its locks) and only set
+// flags and queue: they never take the session's mutex, so the order session mutex -> broker
+// locks, which connect and rename follow, cannot deadlock with them.
 #pragma once
 
 #include <atomic>
