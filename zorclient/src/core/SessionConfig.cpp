@@ -13,7 +13,7 @@ namespace {
 
 enum class Kind { Text, Flag, Integer, Choice, Name, ReadOnly };
 
-struct KeySpec {
+struct KeyRule {
     const char* name_p;
     Kind kind;
     const char* default_p;
@@ -29,38 +29,38 @@ constexpr std::int64_t MAX_INT32 = 2147483647;
 constexpr std::int64_t MAX_CLIENT_NAME = ZORCLIENT_CLIENT_NAME_MAX_SIZE - 1;
 constexpr std::int64_t DEFAULT_RECONNECT_WAIT_MS = 3000;
 
-KeySpec text(const char* name_p, const char* default_p = "") {
-    return KeySpec{name_p, Kind::Text, default_p};
+KeyRule text(const char* name_p, const char* default_p = "") {
+    return KeyRule{name_p, Kind::Text, default_p};
 }
-KeySpec secret(const char* name_p) {
-    KeySpec spec = text(name_p);
-    spec.secret = true;
-    return spec;
+KeyRule secret(const char* name_p) {
+    KeyRule rule = text(name_p);
+    rule.secret = true;
+    return rule;
 }
-KeySpec flag(const char* name_p, const char* default_p) {
-    return KeySpec{name_p, Kind::Flag, default_p};
+KeyRule flag(const char* name_p, const char* default_p) {
+    return KeyRule{name_p, Kind::Flag, default_p};
 }
-KeySpec integer(const char* name_p, const char* default_p, std::int64_t min, std::int64_t max) {
-    return KeySpec{name_p, Kind::Integer, default_p, min, max};
+KeyRule integer(const char* name_p, const char* default_p, std::int64_t min, std::int64_t max) {
+    return KeyRule{name_p, Kind::Integer, default_p, min, max};
 }
-KeySpec choice(const char* name_p, const char* default_p, std::array<const char*, 5> choices) {
-    KeySpec spec{name_p, Kind::Choice, default_p};
-    spec.choices = choices;
-    return spec;
+KeyRule choice(const char* name_p, const char* default_p, std::array<const char*, 5> choices) {
+    KeyRule rule{name_p, Kind::Choice, default_p};
+    rule.choices = choices;
+    return rule;
 }
-KeySpec modifiable(KeySpec spec) {
-    spec.modifiable = true;
-    return spec;
+KeyRule modifiable(KeyRule rule) {
+    rule.modifiable = true;
+    return rule;
 }
 
 // Ranges are what the library can act on; defaults are what a session gets when the
 // application leaves a key out.
-const std::vector<KeySpec>& keySpecs() {
-    static const std::vector<KeySpec> specs_s = {
+const std::vector<KeyRule>& keyRules() {
+    static const std::vector<KeyRule> rules_s = {
         text(ZORCLIENT_SESSION_PROP_HOST),
         modifiable(text(ZORCLIENT_SESSION_PROP_USERNAME)),
         modifiable(secret(ZORCLIENT_SESSION_PROP_PASSWORD)),
-        modifiable(KeySpec{ZORCLIENT_SESSION_PROP_CLIENT_NAME, Kind::Name, "", 0, MAX_CLIENT_NAME}),
+        modifiable(KeyRule{ZORCLIENT_SESSION_PROP_CLIENT_NAME, Kind::Name, "", 0, MAX_CLIENT_NAME}),
         text(ZORCLIENT_SESSION_PROP_VPN_NAME),
         modifiable(text(ZORCLIENT_SESSION_PROP_APPLICATION_DESCRIPTION)),
         flag(ZORCLIENT_SESSION_PROP_TCP_NODELAY, "1"),
@@ -126,24 +126,24 @@ const std::vector<KeySpec>& keySpecs() {
         text(ZORCLIENT_SESSION_PROP_OAUTH2_ISSUER_IDENTIFIER),
         integer(ZORCLIENT_SESSION_PROP_CONNECT_TIMEOUT_MS, "30000", 0, MAX_INT32),
         integer(ZORCLIENT_SESSION_PROP_SUBCONFIRM_TIMEOUT_MS, "10000", 0, MAX_INT32),
-        KeySpec{ZORCLIENT_SESSION_PROP_REPLY_TO_DEFAULT_DEST, Kind::ReadOnly, ""},
+        KeyRule{ZORCLIENT_SESSION_PROP_REPLY_TO_DEFAULT_DEST, Kind::ReadOnly, ""},
     };
-    return specs_s;
+    return rules_s;
 }
 
-const KeySpec* findSpec(std::string_view key) {
-    for (const KeySpec& spec : keySpecs()) {
-        if (key == spec.name_p) {
-            return &spec;
+const KeyRule* findRule(std::string_view key) {
+    for (const KeyRule& rule : keyRules()) {
+        if (key == rule.name_p) {
+            return &rule;
         }
     }
     return nullptr;
 }
 
-zorClient_returnCode_t checkValue(const KeySpec& spec, const std::string& value,
+zorClient_returnCode_t checkValue(const KeyRule& rule, const std::string& value,
                                   SessionConfig::Purpose purpose, const char* function_p) {
-    const char* key_p = spec.name_p;
-    switch (spec.kind) {
+    const char* key_p = rule.name_p;
+    switch (rule.kind) {
         case Kind::ReadOnly:
             return LastError::fail(ZORCLIENT_SUBCODE_PARAM_CONFLICT, "%s: property %s is read only",
                                    function_p, key_p);
@@ -159,21 +159,21 @@ zorClient_returnCode_t checkValue(const KeySpec& spec, const std::string& value,
             break;
         case Kind::Integer: {
             std::int64_t number = 0;
-            if (!PropertyList::parseDecimal(value, &number) || number < spec.min ||
-                number > spec.max) {
+            if (!PropertyList::parseDecimal(value, &number) || number < rule.min ||
+                number > rule.max) {
                 return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
                                        "%s: property %s has the value \"%s\"; expected a decimal "
                                        "number from %lld to %lld",
                                        function_p, key_p, value.c_str(),
-                                       static_cast<long long>(spec.min),
-                                       static_cast<long long>(spec.max));
+                                       static_cast<long long>(rule.min),
+                                       static_cast<long long>(rule.max));
             }
             break;
         }
         case Kind::Choice: {
             bool allowed = false;
             std::string expected;
-            for (const char* choice_p : spec.choices) {
+            for (const char* choice_p : rule.choices) {
                 if (choice_p == nullptr) {
                     break;
                 }
@@ -192,17 +192,17 @@ zorClient_returnCode_t checkValue(const KeySpec& spec, const std::string& value,
         case Kind::Name:
             // At creation an empty name asks for a generated one; a rename needs a name.
             if ((value.empty() && purpose == SessionConfig::Purpose::Modify) ||
-                static_cast<std::int64_t>(value.size()) > spec.max) {
+                static_cast<std::int64_t>(value.size()) > rule.max) {
                 return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
                                        "%s: property %s has the value \"%.40s%s\"; expected 1 to "
                                        "%lld characters",
                                        function_p, key_p, value.c_str(),
                                        value.size() > 40 ? "..." : "",
-                                       static_cast<long long>(spec.max));
+                                       static_cast<long long>(rule.max));
             }
             break;
     }
-    if (purpose == SessionConfig::Purpose::Modify && !spec.modifiable) {
+    if (purpose == SessionConfig::Purpose::Modify && !rule.modifiable) {
         return LastError::fail(ZORCLIENT_SUBCODE_PARAM_CONFLICT,
                                "%s: property %s cannot be changed on an existing session",
                                function_p, key_p);
@@ -213,9 +213,9 @@ zorClient_returnCode_t checkValue(const KeySpec& spec, const std::string& value,
 }  // namespace
 
 SessionConfig::SessionConfig() {
-    for (const KeySpec& spec : keySpecs()) {
-        if (spec.kind != Kind::ReadOnly) {
-            values_m.emplace(spec.name_p, spec.default_p);
+    for (const KeyRule& rule : keyRules()) {
+        if (rule.kind != Kind::ReadOnly) {
+            values_m.emplace(rule.name_p, rule.default_p);
         }
     }
 }
@@ -232,13 +232,13 @@ zorClient_returnCode_t SessionConfig::check(const PropertyList& list, Purpose pu
         if (list.find(entry.first) != &entry.second) {
             continue;
         }
-        const KeySpec* spec_p = findSpec(entry.first);
-        if (spec_p == nullptr) {
+        const KeyRule* rule_p = findRule(entry.first);
+        if (rule_p == nullptr) {
             ZC_LOG(ZORCLIENT_LOG_NOTICE, "%s: unknown session property %s ignored", function_p,
                    entry.first.c_str());
             continue;
         }
-        zorClient_returnCode_t rc = checkValue(*spec_p, entry.second, purpose, function_p);
+        zorClient_returnCode_t rc = checkValue(*rule_p, entry.second, purpose, function_p);
         if (rc != ZORCLIENT_OK) {
             return rc;
         }
@@ -259,8 +259,8 @@ const std::string* SessionConfig::value(std::string_view key) const {
 }
 
 bool SessionConfig::isSecret(std::string_view key) {
-    const KeySpec* spec_p = findSpec(key);
-    return spec_p != nullptr && spec_p->secret;
+    const KeyRule* rule_p = findRule(key);
+    return rule_p != nullptr && rule_p->secret;
 }
 
 const std::string& SessionConfig::text(std::string_view key) const {
