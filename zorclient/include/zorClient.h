@@ -943,13 +943,17 @@ ZORCLIENT_API zorClient_returnCode_t
 zorClient_context_processEvents(zorClient_opaqueContext_pt context);
 
 /* Destroys the context (and stops its own thread, if it has one) and sets *context_p to null.
- * Destroy its sessions first; call after the thread that ran processEvents has stopped. */
+ * Destroy its sessions first (sessions left behind are destroyed with it); call after the
+ * thread that ran processEvents has stopped, and not from inside one of its callbacks. */
 ZORCLIENT_API zorClient_returnCode_t
 zorClient_context_destroy(zorClient_opaqueContext_pt* context_p);
 
 /* Runs callback_p(transactedSession, user_p) soon, on the thread that dispatches the transacted
  * session's flows (its context's thread), and returns at once. For commits and rollbacks that
- * another thread wants done where the flow's messages are delivered. Any thread. */
+ * another thread wants done where the flow's messages are delivered. transactedSession may also
+ * be a session handle cast to this type: the callback then runs on that session's context
+ * thread and gets the same handle back. Callbacks of a session destroyed before they ran do not
+ * run. Any thread. */
 ZORCLIENT_API zorClient_returnCode_t _zorClient_messageDispatcher_invokeUserCallback(
     zorClient_opaqueTransactedSession_pt transactedSession,
     zorClient_messageDispatcher_userCallbackFunc_t callback_p, void* user_p);
@@ -981,7 +985,8 @@ zorClient_session_disconnect(zorClient_opaqueSession_pt session);
 
 /* Destroys the session with everything still attached (flows, transacted sessions, cache
  * sessions) and sets *session_p to null. When it returns no callback of the session runs or will
- * run. Any thread but the session's context thread. */
+ * run (called from inside one of the session's own callbacks: none after that callback). Any
+ * thread, also the context thread inside a callback. */
 ZORCLIENT_API zorClient_returnCode_t
 zorClient_session_destroy(zorClient_opaqueSession_pt* session_p);
 

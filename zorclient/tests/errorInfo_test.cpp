@@ -33,19 +33,19 @@ TEST(LastErrorInfo, ThreadsFailingAtTheSameTimeEachSeeTheirOwnFailure) {
             }
         }
     });
-    std::thread notBuilt([&] {
+    std::thread nullSession([&] {
         start.arrive_and_wait();
         for (int i = 0; i < ROUNDS; ++i) {
             zorClient_session_connect(nullptr);
             const zorClient_errorInfo* info_p = zorClient_getLastErrorInfo();
-            if (info_p->subCode != ZORCLIENT_SUBCODE_NOT_SUPPORTED ||
+            if (info_p->subCode != ZORCLIENT_SUBCODE_PARAM_NULL_PTR ||
                 std::strstr(info_p->errorStr, "zorClient_session_connect") == nullptr) {
                 ++mixUps;
             }
         }
     });
     badLevel.join();
-    notBuilt.join();
+    nullSession.join();
     EXPECT_EQ(0, mixUps.load());
     EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE, zorClient_getLastErrorInfo()->subCode);
     EXPECT_EQ(mainText, zorClient_getLastErrorInfo()->errorStr);

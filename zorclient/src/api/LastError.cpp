@@ -6,7 +6,9 @@ namespace zorvane::zorclient {
 
 namespace {
 // Constant-initialised, so access needs no guard and the first use on a thread costs nothing.
-thread_local zorClient_errorInfo errorInfo_s = {ZORCLIENT_SUBCODE_OK, 0, {0}};
+// In the static TLS block, so that reaching it never allocates: signal handlers set it too.
+thread_local zorClient_errorInfo errorInfo_s
+    __attribute__((tls_model("initial-exec"))) = {ZORCLIENT_SUBCODE_OK, 0, {0}};
 }  // namespace
 
 zorClient_errorInfo& LastError::get() noexcept {
@@ -20,6 +22,26 @@ void LastError::setV(zorClient_subCode_t subCode, zorClient_session_responseCode
     if (format_p == nullptr ||
         std::vsnprintf(errorInfo_s.errorStr, sizeof errorInfo_s.errorStr, format_p, args) < 0) {
         errorInfo_s.errorStr[0] = '\0';
+    }
+}
+
+void LastError::setText(zorClient_subCode_t subCode, zorClient_session_responseCode_t responseCode,
+                        const char* text_p) noexcept {
+    errorInfo_s.subCode = subCode;
+    errorInfo_s.responseCode = responseCode;
+    std::size_t length = 0;
+    if (text_p != nullptr) {
+        while (length + 1 < sizeof errorInfo_s.errorStr && text_p[length] != '\0') {
+            errorInfo_s.errorStr[length] = text_p[length];
+            ++length;
+        }
+    }
+    errorInfo_s.errorStr[length] = '\0';
+}
+
+void LastError::copyFrom(const zorClient_errorInfo& error) noexcept {
+    if (&error != &errorInfo_s) {
+        setText(error.subCode, error.responseCode, error.errorStr);
     }
 }
 

@@ -21,6 +21,14 @@ class LastError {
     static void setV(zorClient_subCode_t subCode, zorClient_session_responseCode_t responseCode,
                      const char* format_p, va_list args) noexcept;
 
+    // As set(), with a plain text instead of a format. Async-signal-safe: no formatting, no
+    // allocation.
+    static void setText(zorClient_subCode_t subCode, zorClient_session_responseCode_t responseCode,
+                        const char* text_p) noexcept;
+
+    // Copies the fields of error into the calling thread's record.
+    static void copyFrom(const zorClient_errorInfo& error) noexcept;
+
     // set() with response code 0, then ZORCLIENT_FAIL: "fail with subcode and message".
     static zorClient_returnCode_t fail(zorClient_subCode_t subCode, const char* format_p,
                                        ...) noexcept ZORCLIENT_PRINTF_LIKE(2, 3);

@@ -4,6 +4,7 @@
 #include "api/Logger.h"
 #include "api/ProcessConfig.h"
 #include "api/PropertyList.h"
+#include "core/BackendFactory.h"
 #include "zorClient.h"
 #include "zorclientBuildInfo.h"
 
@@ -21,22 +22,23 @@ extern "C" {
 
 zorClient_returnCode_t zorClient_initialize(zorClient_log_level_t initialLogLevel,
                                             zorClient_propertyArray_pt props_p) {
-    return guarded(__func__, [&]() -> zorClient_returnCode_t {
+    const char* const function_p = __func__;
+    return guarded(function_p, [&]() -> zorClient_returnCode_t {
         if (ProcessConfig::isInitialized()) {
             return ZORCLIENT_OK;
         }
         if (!isLogLevel(initialLogLevel)) {
             return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
                                    "%s: initial log level %d is not a level from %d to %d",
-                                   __func__, static_cast<int>(initialLogLevel),
+                                   function_p, static_cast<int>(initialLogLevel),
                                    ZORCLIENT_LOG_EMERGENCY, ZORCLIENT_LOG_DEBUG);
         }
         PropertyList list;
-        zorClient_returnCode_t rc = PropertyList::parse(props_p, __func__, list);
+        zorClient_returnCode_t rc = PropertyList::parse(props_p, function_p, list);
         if (rc != ZORCLIENT_OK) {
             return rc;
         }
-        rc = ProcessConfig::begin(list, __func__);
+        rc = ProcessConfig::begin(list, function_p);
         if (rc == ZORCLIENT_OK) {
             Logger::setFilterLevel(ZORCLIENT_LOG_CATEGORY_ALL, initialLogLevel);
         }
@@ -47,6 +49,7 @@ zorClient_returnCode_t zorClient_initialize(zorClient_log_level_t initialLogLeve
 zorClient_returnCode_t zorClient_cleanup(void) {
     return guarded(__func__, []() -> zorClient_returnCode_t {
         ProcessConfig::end();
+        BackendFactory::cleanup();
         Logger::setFile(nullptr);
         return ZORCLIENT_OK;
     });

@@ -17,6 +17,10 @@ class PropertyList {
   public:
     using Entry = std::pair<std::string, std::string>;
 
+    PropertyList() = default;
+    // A list of pairs already read, e.g. kept from earlier arrays; the last of a key wins.
+    explicit PropertyList(std::vector<Entry> entries) : entries_m(std::move(entries)) {}
+
     // Reads props_p (null: no properties) up to its closing null key into list. A key without a
     // value fails with ZORCLIENT_SUBCODE_PARAM_NULL_PTR naming the key and function_p.
     static zorClient_returnCode_t parse(zorClient_propertyArray_pt props_p, const char* function_p,

@@ -1,33 +1,8 @@
-// Session entry points not built yet.
+// Session entry points not built yet: sending, subscriptions, endpoints and the objects made on
+// a session.
 #include "api/stubs/NotSupported.h"
 
 extern "C" {
-
-ZC_NOT_SUPPORTED_RC(zorClient_session_create,
-                    (zorClient_propertyArray_pt, zorClient_opaqueContext_pt,
-                     zorClient_opaqueSession_pt*, zorClient_session_createFuncInfo_t*, size_t))
-ZC_NOT_SUPPORTED_RC(zorClient_session_connect, (zorClient_opaqueSession_pt))
-ZC_NOT_SUPPORTED_RC(zorClient_session_disconnect, (zorClient_opaqueSession_pt))
-ZC_NOT_SUPPORTED_RC(zorClient_session_destroy, (zorClient_opaqueSession_pt*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_getProperty,
-                    (zorClient_opaqueSession_pt, const char*, char*, size_t))
-ZC_NOT_SUPPORTED_RC(zorClient_session_modifyProperties,
-                    (zorClient_opaqueSession_pt, zorClient_propertyArray_pt))
-ZC_NOT_SUPPORTED_BOOL(zorClient_session_isCapable, (zorClient_opaqueSession_pt, const char*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_getCapability,
-                    (zorClient_opaqueSession_pt, const char*, zorClient_field_t*, size_t))
-ZC_NOT_SUPPORTED_RC(zorClient_session_getRxStat,
-                    (zorClient_opaqueSession_pt, zorClient_stats_rx, zorClient_stats_t*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_getTxStat,
-                    (zorClient_opaqueSession_pt, zorClient_stats_tx, zorClient_stats_t*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_getRxStats,
-                    (zorClient_opaqueSession_pt, zorClient_stats_t*, zorClient_uint32_t))
-ZC_NOT_SUPPORTED_RC(zorClient_session_getTxStats,
-                    (zorClient_opaqueSession_pt, zorClient_stats_t*, zorClient_uint32_t))
-ZC_NOT_SUPPORTED_RC(zorClient_session_clearStats, (zorClient_opaqueSession_pt))
-ZC_NOT_SUPPORTED_RC(_zorClient_session_forceFailure, (zorClient_opaqueSession_pt))
-ZC_NOT_SUPPORTED_RC(_zorClient_session_logRelPub,
-                    (zorClient_opaqueSession_pt, zorClient_log_level_t))
 
 ZC_NOT_SUPPORTED_RC(zorClient_session_sendMsg, (zorClient_opaqueSession_pt, zorClient_opaqueMsg_pt))
 ZC_NOT_SUPPORTED_RC(zorClient_session_sendMultipleMsg,

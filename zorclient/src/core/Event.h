@@ -1,0 +1,130 @@
+// What a context's event queue carries: one Event per callback to run on the context thread.
+//
+// Kinds:
+// - Delivery: "a message for session S / flow F". The target is the session or the flow; the
+//   payload is an owning reference to an immutable broker message, opaque to core: core only
+//   hands it to the payload's operations (make the application's receive message, release).
+//   Fan-out to N receivers queues N deliveries that share one payload object.
+// - SessionEvent, FlowEvent, CacheEvent: a zorClient event with its texts and error info in a
+//   ControlRecord from the context's pool.
+// - UserCallback: an application function to run on the context thread
+//   (_zorClient_messageDispatcher_invokeUserCallback).
+//
+// Ownership: a queued Event owns one counted reference to its target, its payload (Delivery) or
+// its record (the others). Whoever takes it out of the queue ends them: the target's
+// dispatchEvent() or discardEvent() runs, then the context releases record and target.
+//
+// The struct is trivially copyable and small (40 bytes) so that the queue's slots are too.
+#pragma once
+
+#include <cstdint>
+
+#include "core/RefCounted.h"
+#include "zorClient.h"
+
+namespace zorvane::zorclient {
+
+class Session;
+
+enum class EventKind : std::uint8_t { Delivery, SessionEvent, FlowEvent, CacheEvent, UserCallback };
+
+// How core treats a payload it cannot look into. The functions are given by the message layer;
+// all are noexcept and may run on any thread.
+struct PayloadOps {
+    // Makes the message the receive callback gets (counted in the message pool statistics);
+    // null when that is not possible (the delivery is then dropped). Does not consume the
+    // payload.
+    zorClient_opaqueMsg_pt (*makeRxMessage_p)(void* object_p) noexcept;
+    // Frees a message from makeRxMessage_p that the callback did not take.
+    void (*freeRxMessage_p)(zorClient_opaqueMsg_pt msg) noexcept;
+    // Gives up the payload reference.
+    void (*release_p)(void* object_p) noexcept;
+};
+
+// An owning reference to a broker message. What differs per receiver (consumer ids, discard
+// indication, redelivery, the flow's message id) cannot live in a shared message, so object_p
+// may be a per-receiver envelope that refers to the shared message.
+struct MessagePayload {
+    void* object_p;
+    const PayloadOps* ops_p;
+
+    void release() noexcept {
+        if (object_p != nullptr && ops_p != nullptr && ops_p->release_p != nullptr) {
+            ops_p->release_p(object_p);
+        }
+        object_p = nullptr;
+    }
+};
+
+// The texts and numbers of a session, flow or cache event. Records come from the context's
+// pool (no allocation once the pool is warm); the producer fills one, the context thread reads
+// it and gives it back.
+struct ControlRecord {
+    static constexpr std::size_t TEXT_SIZE = 256;
+
+    int event = 0;  // zorClient_session_event_t, zorClient_flow_event_t or zorCache_event
+    zorClient_session_responseCode_t responseCode = 0;
+    // With hasError the context thread's error info is set to these before the callback runs;
+    // without, it is cleared.
+    bool hasError = false;
+    zorClient_subCode_t subCode = ZORCLIENT_SUBCODE_OK;
+    char errorStr[ZORCLIENT_ERRORINFO_STR_SIZE] = {0};
+    char info[TEXT_SIZE] = {0};  // info_p of the callback
+    void* correlation_p = nullptr;
+    // Events that end an operation (a cache request): its id and result.
+    std::uint64_t requestId = 0;
+    zorClient_returnCode_t rc = ZORCLIENT_OK;
+
+    void reset() noexcept { *this = ControlRecord(); }
+    // Copies text into info (cut to fit).
+    void setInfo(const char* text_p) noexcept;
+    // hasError with subCode, responseCode and the text.
+    void setError(zorClient_subCode_t code, zorClient_session_responseCode_t response,
+                  const char* text_p) noexcept;
+    // hasError from the calling thread's error info.
+    void setErrorFromLastError() noexcept;
+};
+
+class EventTarget;
+
+struct Event {
+    EventKind kind = EventKind::SessionEvent;
+    // The session's connection epoch when the event was made: events of an epoch that a user
+    // disconnect ended are dropped (see Session).
+    std::uint32_t epoch = 0;
+    EventTarget* target_p = nullptr;  // counted reference
+    union {
+        MessagePayload delivery;
+        ControlRecord* control_p;
+        struct {
+            zorClient_messageDispatcher_userCallbackFunc_t function_p;
+            zorClient_opaqueTransactedSession_pt handle_p;  // handed back to the function
+            void* user_p;
+        } callback;
+    };
+
+    Event() noexcept : delivery{nullptr, nullptr} {}
+};
+
+// Something events are addressed to: a session, or (later) a flow or cache session. All
+// methods run on the context thread.
+class EventTarget : public RefCounted {
+  public:
+    // The session that the target belongs to (itself for a session): destroying it waits
+    // until no callback of it runs.
+    virtual Session* ownerSession() noexcept = 0;
+    // False when the event must be dropped (target destroyed, epoch over).
+    virtual bool acceptsEvent(const Event& event) const noexcept = 0;
+    // Runs the event's callback. Must not keep the event's payload or record.
+    virtual void dispatchEvent(Event& event) noexcept = 0;
+    // The event is dropped: give up what it owns besides record and target (the payload).
+    virtual void discardEvent(Event& event) noexcept {
+        if (event.kind == EventKind::Delivery) {
+            event.delivery.release();
+        }
+    }
+    // A timer this target set (Context::addTimer) is due; token as given.
+    virtual void onTimer(std::uint64_t /*token*/) noexcept {}
+};
+
+}  // namespace zorvane::zorclient

@@ -1,0 +1,62 @@
+// The 40 receive and 28 transmit counters of a session.
+//
+// Counters only grow. A reset does not write them (that would race with the threads that
+// count) but records a baseline that reads subtract, so a clear is never lost to a concurrent
+// increment. Receive counters are written by the context thread and the broker, transmit
+// counters by the sending threads; each group sits on cache lines of its own so that the two
+// kinds of writers do not slow each other down.
+//
+// Threads: all members, any thread; relaxed atomics (the counters are statistics, not
+// synchronisation).
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+
+#include "zorClient.h"
+
+namespace zorvane::zorclient {
+
+class SessionStats {
+  public:
+    void addRx(zorClient_stats_rx id, std::uint64_t amount = 1) noexcept {
+        rx_m.counters[id].fetch_add(amount, std::memory_order_relaxed);
+    }
+    void addTx(zorClient_stats_tx id, std::uint64_t amount = 1) noexcept {
+        tx_m.counters[id].fetch_add(amount, std::memory_order_relaxed);
+    }
+
+    // Ids must be below ZORCLIENT_STATS_RX_NUM_STATS / ZORCLIENT_STATS_TX_NUM_STATS.
+    std::uint64_t rx(zorClient_stats_rx id) const noexcept { return rx_m.read(id); }
+    std::uint64_t tx(zorClient_stats_tx id) const noexcept { return tx_m.read(id); }
+
+    // Adds the receive counters of a destroyed flow, so that what it counted stays visible.
+    void foldRx(
+        const std::array<std::uint64_t, ZORCLIENT_STATS_RX_NUM_STATS>& flowCounters) noexcept;
+
+    void clear() noexcept;
+
+  private:
+    template <std::size_t N>
+    struct alignas(64) Group {
+        std::array<std::atomic<std::uint64_t>, N> counters{};
+        std::array<std::atomic<std::uint64_t>, N> baselines{};
+
+        std::uint64_t read(std::size_t id) const noexcept {
+            return counters[id].load(std::memory_order_relaxed) -
+                   baselines[id].load(std::memory_order_relaxed);
+        }
+        void clear() noexcept {
+            for (std::size_t id = 0; id < N; ++id) {
+                baselines[id].store(counters[id].load(std::memory_order_relaxed),
+                                    std::memory_order_relaxed);
+            }
+        }
+    };
+
+    Group<ZORCLIENT_STATS_RX_NUM_STATS> rx_m;
+    Group<ZORCLIENT_STATS_TX_NUM_STATS> tx_m;
+};
+
+}  // namespace zorvane::zorclient
