@@ -4,6 +4,7 @@
 #include "api/Logger.h"
 #include "api/ProcessConfig.h"
 #include "api/PropertyList.h"
+#include "core/DataBlock.h"
 #include "zorClient.h"
 #include "zorclientBuildInfo.h"
 
@@ -39,6 +40,11 @@ zorClient_returnCode_t zorClient_initialize(zorClient_log_level_t initialLogLeve
         rc = ProcessConfig::begin(list, __func__);
         if (rc == ZORCLIENT_OK) {
             Logger::setFilterLevel(ZORCLIENT_LOG_CATEGORY_ALL, initialLogLevel);
+            std::array<std::uint32_t, ZORCLIENT_MSG_NUM_DBQUANTA> quanta;
+            for (int i = 0; i < ZORCLIENT_MSG_NUM_DBQUANTA; ++i) {
+                quanta[static_cast<std::size_t>(i)] = ProcessConfig::dataBlockQuantum(i);
+            }
+            DataBlockPools::configure(quanta);
         }
         return rc;
     });
@@ -47,6 +53,7 @@ zorClient_returnCode_t zorClient_initialize(zorClient_log_level_t initialLogLeve
 zorClient_returnCode_t zorClient_cleanup(void) {
     return guarded(__func__, []() -> zorClient_returnCode_t {
         ProcessConfig::end();
+        DataBlockPools::configure(ProcessConfig::DEFAULT_QUANTA);
         Logger::setFile(nullptr);
         return ZORCLIENT_OK;
     });
