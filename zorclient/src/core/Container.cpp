@@ -165,22 +165,17 @@ Container::Storage Container::storage() const noexcept {
     return {buffer_mp, used < bufferCapacity_m ? used : bufferCapacity_m};
 }
 
-std::size_t Container::headerSize() const noexcept {
-    return 2 + (storage().bytes_p[offset_m] & 3);
-}
-
 bool Container::bodyRange(std::size_t* begin_p, std::size_t* end_p) const noexcept {
     const Storage bytes = storage();
-    if (bytes.bytes_p == nullptr || offset_m >= bytes.size ||
-        (bytes.bytes_p[offset_m] >> 2) != kind_m) {
+    if (bytes.bytes_p == nullptr || offset_m >= bytes.size) {
         return false;
     }
-    const std::size_t header = headerSize();
-    if (offset_m + header > bytes.size) {
+    const std::uint8_t* header_p = bytes.bytes_p + offset_m;
+    const std::size_t header = 2 + (header_p[0] & 3);
+    if ((header_p[0] >> 2) != kind_m || offset_m + header > bytes.size) {
         return false;
     }
-    const std::uint64_t size =
-        FieldCodec::getBigEndian(bytes.bytes_p + offset_m + 1, static_cast<int>(header - 1));
+    const std::uint64_t size = FieldCodec::getBigEndian(header_p + 1, static_cast<int>(header - 1));
     if (size < header || offset_m + size > bytes.size) {
         return false;
     }
@@ -402,16 +397,9 @@ zorClient_returnCode_t Container::openSub(const char* function_p, const char* na
 
 // ---- Reading --------------------------------------------------------------------------
 
-zorClient_returnCode_t Container::readAt(const char* function_p, std::size_t at,
+zorClient_returnCode_t Container::readAt(const char* function_p, std::size_t at, std::size_t end,
                                          const char** name_p, FieldCodec::RawField* field_p,
                                          std::size_t* next_p) const {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    if (!bodyRange(&begin, &end)) {
-        return LastError::fail(ZORCLIENT_SUBCODE_MALFORMED_DATA,
-                               "%s: the %s's bytes are not a well-formed %s", function_p,
-                               kindName(kind_m), kindName(kind_m));
-    }
     const std::uint8_t* bytes_p = storage().bytes_p;
     if (name_p != nullptr) {
         *name_p = nullptr;
@@ -478,7 +466,7 @@ zorClient_returnCode_t Container::next(const char* function_p, zorClient_field_t
     }
     FieldCodec::RawField raw;
     std::size_t nextAt = 0;
-    zorClient_returnCode_t rc = readAt(function_p, begin + cursor_m, name_p, &raw, &nextAt);
+    zorClient_returnCode_t rc = readAt(function_p, begin + cursor_m, end, name_p, &raw, &nextAt);
     if (rc != ZORCLIENT_OK) {
         return rc;
     }
@@ -514,7 +502,7 @@ zorClient_returnCode_t Container::find(const char* function_p, const char* name_
         const char* fieldName_p = nullptr;
         FieldCodec::RawField raw;
         std::size_t nextAt = 0;
-        const zorClient_returnCode_t rc = readAt(function_p, at, &fieldName_p, &raw, &nextAt);
+        const zorClient_returnCode_t rc = readAt(function_p, at, end, &fieldName_p, &raw, &nextAt);
         if (rc != ZORCLIENT_OK) {
             return rc;
         }

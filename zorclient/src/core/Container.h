@@ -89,15 +89,16 @@ class Container {
     };
     static Container* acquireHandle();
     Storage storage() const noexcept;
-    std::size_t headerSize() const noexcept;
     bool bodyRange(std::size_t* begin_p, std::size_t* end_p) const noexcept;
     zorClient_returnCode_t checkWritable(const char* function_p, const char* name_p) const;
     // Room for size more bytes at the end of this container; *out_p is where they go.
     zorClient_returnCode_t reserve(const char* function_p, std::size_t size, std::uint8_t** out_p);
     // Counts size appended bytes in this container and all that enclose it.
     void commit(std::size_t size) noexcept;
-    zorClient_returnCode_t readAt(const char* function_p, std::size_t at, const char** name_p,
-                                  FieldCodec::RawField* field_p, std::size_t* next_p) const;
+    // Reads the entry at byte at of a body that ends at byte end (both checked by the caller).
+    zorClient_returnCode_t readAt(const char* function_p, std::size_t at, std::size_t end,
+                                  const char** name_p, FieldCodec::RawField* field_p,
+                                  std::size_t* next_p) const;
     zorClient_returnCode_t toField(const FieldCodec::RawField& raw, zorClient_field_t* field_p);
     void linkChild(Container* child_p) noexcept;
     void resetFields() noexcept;

@@ -6,6 +6,7 @@
 
 #include "api/ProcessConfig.h"
 #include "core/PoolStats.h"
+#include "core/ThreadCache.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/asan_interface.h>
@@ -24,11 +25,37 @@ namespace {
 
 constexpr int LARGE_POOL = ZORCLIENT_MSG_NUM_DBQUANTA;
 
+// The shared free list of one quantum; threads take and give blocks through their ThreadCache.
 struct QuantumPool {
     std::mutex mutex_m;
     DataBlock* head_mp = nullptr;
     std::atomic<std::uint32_t> quantum_m{0};
+
+    std::size_t takeBatch(DataBlock** out_p, std::size_t most) {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        std::size_t count = 0;
+        while (count < most && head_mp != nullptr) {
+            out_p[count++] = head_mp;
+            head_mp = head_mp->nextFree();
+        }
+        return count;
+    }
+    void giveBatch(DataBlock* const* blocks_p, std::size_t count) noexcept {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        for (std::size_t i = 0; i < count; ++i) {
+            blocks_p[i]->nextFree() = head_mp;
+            head_mp = blocks_p[i];
+        }
+    }
 };
+
+using BlockCache = ThreadCache<QuantumPool, DataBlock*>;
+
+BlockCache& cacheOf(int index) noexcept {
+    [[gnu::tls_model(
+        "initial-exec")]] static thread_local BlockCache caches_s[ZORCLIENT_MSG_NUM_DBQUANTA];
+    return caches_s[index];
+}
 
 // Never destroyed: blocks may still be released by threads that outlive static destruction.
 QuantumPool* pools() {
@@ -88,20 +115,17 @@ DataBlock* DataBlockPools::acquire(std::size_t size, BlockOwner owner) {
     if (index < LARGE_POOL) {
         QuantumPool& pool = pools()[index];
         capacity = pool.quantum_m.load(std::memory_order_relaxed);
-        std::lock_guard<std::mutex> lock(pool.mutex_m);
-        while (pool.head_mp != nullptr && block_p == nullptr) {
-            DataBlock* head_p = pool.head_mp;
-            ZC_UNPOISON(head_p, sizeof(DataBlock));
-            pool.head_mp = head_p->next_mp;
+        DataBlock* free_p = nullptr;
+        while (block_p == nullptr && cacheOf(index).take(pool, &free_p)) {
             PoolStats::add(ZORCLIENT_MSG_STATS_FREE_DATA_BLOCKS,
                            static_cast<zorClient_uint32_t>(index), -1);
-            if (head_p->capacity_m == capacity) {
-                block_p = head_p;
+            if (free_p->capacity_m == capacity) {
+                block_p = free_p;
             } else {  // left over from quanta configured before
                 PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
-                               -signedSize(head_p->capacity_m));
-                head_p->~DataBlock();
-                ::operator delete(head_p);
+                               -signedSize(free_p->capacity_m));
+                free_p->~DataBlock();
+                ::operator delete(free_p);
             }
         }
     }
@@ -129,12 +153,10 @@ void DataBlockPools::release(DataBlock* block_p) noexcept {
     if (index < LARGE_POOL) {
         QuantumPool& pool = pools()[index];
         if (block_p->capacity_m == pool.quantum_m.load(std::memory_order_relaxed)) {
-            std::lock_guard<std::mutex> lock(pool.mutex_m);
-            block_p->next_mp = pool.head_mp;
-            pool.head_mp = block_p;
             ZC_POISON(block_p->bytes(), block_p->capacity_m);
             PoolStats::add(ZORCLIENT_MSG_STATS_FREE_DATA_BLOCKS,
                            static_cast<zorClient_uint32_t>(index), +1);
+            cacheOf(index).give(pool, block_p);
             return;
         }
     }

@@ -11,7 +11,8 @@
 // messages). Free lists and TOTAL_MEMORY count both.
 //
 // Threads: acquire and release may be called from any thread, also for the same block on
-// different threads (a broker copy is released by whichever receiver lets go last).
+// different threads (a broker copy is released by whichever receiver lets go last). Free blocks
+// pass through a small cache per thread (ThreadCache), so most calls take no lock.
 #pragma once
 
 #include <array>
@@ -33,6 +34,8 @@ class DataBlock {
     std::uint32_t capacity() const noexcept { return capacity_m; }
     int poolIndex() const noexcept { return poolIndex_m; }
     BlockOwner owner() const noexcept { return owner_m; }
+    // The link of the free list the block is on, for the pools.
+    DataBlock*& nextFree() noexcept { return next_mp; }
 
   private:
     friend class DataBlockPools;

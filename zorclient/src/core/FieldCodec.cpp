@@ -79,14 +79,6 @@ void FieldCodec::writeContainerHeader(std::uint8_t* out_p, std::uint8_t code,
     putBigEndian(out_p + 1, size, CONTAINER_LENGTH_BYTES);
 }
 
-std::uint32_t FieldCodec::containerSize(const std::uint8_t* header_p) noexcept {
-    return static_cast<std::uint32_t>(getBigEndian(header_p + 1, CONTAINER_LENGTH_BYTES));
-}
-
-void FieldCodec::setContainerSize(std::uint8_t* header_p, std::uint32_t size) noexcept {
-    putBigEndian(header_p + 1, size, CONTAINER_LENGTH_BYTES);
-}
-
 bool FieldCodec::isGrowableContainer(const std::uint8_t* header_p, std::size_t available,
                                      std::uint8_t code) noexcept {
     return available >= CONTAINER_HEADER_SIZE &&
@@ -200,21 +192,6 @@ bool FieldCodec::toPublicField(const RawField& raw, zorClient_field_t* field_p) 
 bool FieldCodec::isSingleField(const std::uint8_t* bytes_p, std::size_t size) noexcept {
     RawField field;
     return read(bytes_p, size, &field) == Result::OK && field.size == size;
-}
-
-void FieldCodec::putBigEndian(std::uint8_t* out_p, std::uint64_t value, int bytes) noexcept {
-    for (int i = bytes - 1; i >= 0; --i) {
-        out_p[i] = static_cast<std::uint8_t>(value & 0xFF);
-        value >>= 8;
-    }
-}
-
-std::uint64_t FieldCodec::getBigEndian(const std::uint8_t* p_p, int bytes) noexcept {
-    std::uint64_t value = 0;
-    for (int i = 0; i < bytes; ++i) {
-        value = (value << 8) | p_p[i];
-    }
-    return value;
 }
 
 }  // namespace zorvane::zorclient

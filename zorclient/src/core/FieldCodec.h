@@ -56,8 +56,12 @@ class FieldCodec {
     static void writeContainerHeader(std::uint8_t* out_p, std::uint8_t code,
                                      std::uint32_t size) noexcept;
     // Reads and rewrites the size of a 5-byte container header.
-    static std::uint32_t containerSize(const std::uint8_t* header_p) noexcept;
-    static void setContainerSize(std::uint8_t* header_p, std::uint32_t size) noexcept;
+    static std::uint32_t containerSize(const std::uint8_t* header_p) noexcept {
+        return static_cast<std::uint32_t>(getBigEndian(header_p + 1, 4));
+    }
+    static void setContainerSize(std::uint8_t* header_p, std::uint32_t size) noexcept {
+        putBigEndian(header_p + 1, size, 4);
+    }
     // True when header_p starts a container of code with a 4-byte length (one that can grow).
     static bool isGrowableContainer(const std::uint8_t* header_p, std::size_t available,
                                     std::uint8_t code) noexcept;
@@ -76,8 +80,19 @@ class FieldCodec {
     // Checks that bytes_p holds exactly one field (as addUnknownField takes it).
     static bool isSingleField(const std::uint8_t* bytes_p, std::size_t size) noexcept;
 
-    static void putBigEndian(std::uint8_t* out_p, std::uint64_t value, int bytes) noexcept;
-    static std::uint64_t getBigEndian(const std::uint8_t* p_p, int bytes) noexcept;
+    static void putBigEndian(std::uint8_t* out_p, std::uint64_t value, int bytes) noexcept {
+        for (int i = bytes - 1; i >= 0; --i) {
+            out_p[i] = static_cast<std::uint8_t>(value & 0xFF);
+            value >>= 8;
+        }
+    }
+    static std::uint64_t getBigEndian(const std::uint8_t* p_p, int bytes) noexcept {
+        std::uint64_t value = 0;
+        for (int i = 0; i < bytes; ++i) {
+            value = (value << 8) | p_p[i];
+        }
+        return value;
+    }
 };
 
 }  // namespace zorvane::zorclient

@@ -7,7 +7,8 @@
 // Objects are constructed once per slot and reused: T must be default-constructible, and the
 // owner resets an object before releasing it.
 //
-// Threads: acquire, release and lookup may be called from any thread. An object itself is used
+// Threads: acquire, release and lookup may be called from any thread; free slots pass through a
+// small cache per thread (ThreadCache), so most calls take no lock. An object itself is used
 // by one thread at a time (its owner's rule), so lookup only guarantees that the handle was live
 // when it was checked.
 #pragma once
@@ -18,6 +19,7 @@
 #include <new>
 
 #include "core/PoolStats.h"
+#include "core/ThreadCache.h"
 
 namespace zorvane::zorclient {
 
@@ -35,14 +37,9 @@ class HandleTable {
     // A free object and its handle. Throws std::bad_alloc when a new chunk cannot be had or the
     // table is full.
     T* acquire(std::uintptr_t* handle_p) {
-        std::uint32_t index;
-        {
-            std::lock_guard<std::mutex> lock(mutex_m);
-            if (freeHead_m == NO_SLOT) {
-                grow();
-            }
-            index = freeHead_m;
-            freeHead_m = slotAt(index)->nextFree_m;
+        std::uint32_t index = NO_SLOT;
+        if (!cache().take(*this, &index)) {
+            throw std::bad_alloc();
         }
         Slot* slot_p = slotAt(index);
         std::uint32_t generation = (slot_p->lastGeneration_m + 1) & GENERATION_MASK;
@@ -60,13 +57,32 @@ class HandleTable {
     // Makes handle stale and puts its slot back on the free list. The handle must be live.
     void release(std::uintptr_t handle) noexcept {
         const std::uint32_t index = indexOf(handle);
-        Slot* slot_p = slotAt(index);
-        slot_p->liveGeneration_m.store(0, std::memory_order_release);
+        slotAt(index)->liveGeneration_m.store(0, std::memory_order_release);
         PoolStats::add(allocStat_m, 0, -1);
         PoolStats::add(freeStat_m, 0, +1);
+        cache().give(*this, index);
+    }
+
+    // For ThreadCache, under the table's lock: up to most free slots (a new chunk when there
+    // are none), and slots back.
+    std::size_t takeBatch(std::uint32_t* out_p, std::size_t most) {
         std::lock_guard<std::mutex> lock(mutex_m);
-        slot_p->nextFree_m = freeHead_m;
-        freeHead_m = index;
+        if (freeHead_m == NO_SLOT) {
+            grow();
+        }
+        std::size_t count = 0;
+        while (count < most && freeHead_m != NO_SLOT) {
+            out_p[count++] = freeHead_m;
+            freeHead_m = slotAt(freeHead_m)->nextFree_m;
+        }
+        return count;
+    }
+    void giveBatch(const std::uint32_t* indexes_p, std::size_t count) noexcept {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        for (std::size_t i = 0; i < count; ++i) {
+            slotAt(indexes_p[i])->nextFree_m = freeHead_m;
+            freeHead_m = indexes_p[i];
+        }
     }
 
     // The object of a live handle of this kind; null for null, stale or foreign handles.
@@ -111,6 +127,14 @@ class HandleTable {
         std::uint32_t nextFree_m = NO_SLOT;
         T object_m;
     };
+
+    // One per thread and kind of object (tables are one per kind).
+    static ThreadCache<HandleTable, std::uint32_t>& cache() noexcept {
+        [[gnu::tls_model(
+            "initial-exec")]] static thread_local ThreadCache<HandleTable, std::uint32_t>
+            cache_s;
+        return cache_s;
+    }
 
     std::uintptr_t encode(std::uint32_t index, std::uint32_t generation) const noexcept {
         return (static_cast<std::uintptr_t>(tag_m) << TAG_SHIFT) |

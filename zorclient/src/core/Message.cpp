@@ -7,6 +7,13 @@
 
 namespace zorvane::zorclient {
 
+namespace {
+// Copied from memory rather than built in place: a temporary's narrow stores followed by wide
+// loads stall a reset that runs for every message.
+const CarriedHeader freshHeader_s{};
+const DeliveryState freshDelivery_s{};
+}  // namespace
+
 void Message::setCorrelationTag(void* tag_p, zorClient_uint32_t size) noexcept {
     hasCorrelationTag_m = tag_p != nullptr;
     correlationTag_mp = tag_p;
@@ -55,17 +62,25 @@ void Message::clearAttachment() noexcept {
 }
 
 void Message::clear() noexcept {
-    Container::closeAll(*this);
+    if (firstContainer_mp != nullptr) {
+        Container::closeAll(*this);
+    }
     for (Part& part : parts_m) {
         part.clear();
     }
-    header_m = CarriedHeader();
-    delivery_m = DeliveryState();
+    header_m = freshHeader_s;
+    if (delivery_m.delivered) {
+        delivery_m = freshDelivery_s;
+    }
     setCorrelationTag(nullptr, 0);
-    DataBlockPools::release(consumerIdBlock_mp);
-    consumerIdBlock_mp = nullptr;
+    if (consumerIdBlock_mp != nullptr) {
+        DataBlockPools::release(consumerIdBlock_mp);
+        consumerIdBlock_mp = nullptr;
+    }
     consumerIdCount_m = 0;
-    attachWire(nullptr);
+    if (wire_mp != nullptr) {
+        attachWire(nullptr);
+    }
 }
 
 void Message::copyFrom(const Message& other) {

@@ -11,12 +11,9 @@ namespace {
 const std::uint8_t emptyBytes_s[1] = {0};
 }  // namespace
 
-void Part::clear() noexcept {
+void Part::releaseBlock() noexcept {
     DataBlockPools::release(block_mp);
     block_mp = nullptr;
-    data_mp = nullptr;
-    size_m = 0;
-    storage_m = PartStorage::NONE;
 }
 
 void Part::emptyForWrite() noexcept {

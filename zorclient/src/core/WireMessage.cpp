@@ -10,58 +10,78 @@
 #include "core/FieldCodec.h"
 #include "core/MessagePool.h"
 #include "core/PoolStats.h"
+#include "core/ThreadCache.h"
 
 namespace zorvane::zorclient {
 
 // Broker copies are not application objects: they have no handles and are not counted as
-// allocated, only their memory in TOTAL_MEMORY.
+// allocated, only their memory in TOTAL_MEMORY. Copies are made on senders' threads and
+// released on receivers', so they travel through the shared list in batches.
 class WirePool {
   public:
     static WireMessage* acquire() {
-        {
-            std::lock_guard<std::mutex> lock(mutex_s);
-            if (head_sp == nullptr) {
-                grow();
-            }
-            WireMessage* wire_p = head_sp;
-            head_sp = wire_p->nextFree_mp;
-            wire_p->nextFree_mp = nullptr;
-            return wire_p;
+        WireMessage* wire_p = nullptr;
+        if (!cache().take(instance(), &wire_p)) {
+            throw std::bad_alloc();
         }
+        return wire_p;
     }
 
+    // The next snapshot writes every field, so only the block needs giving back.
     static void release(WireMessage* wire_p) noexcept {
         DataBlockPools::release(wire_p->block_mp);
         wire_p->block_mp = nullptr;
-        wire_p->header_m = CarriedHeader();
-        wire_p->hasCorrelationTag_m = false;
-        wire_p->correlationTag_mp = nullptr;
-        wire_p->expirationMs_m = 0;
-        wire_p->contentSize_m = 0;
-        for (WireMessage::View& view : wire_p->parts_m) {
-            view = WireMessage::View();
+        cache().give(instance(), wire_p);
+    }
+
+    // For ThreadCache, under the pool's lock.
+    std::size_t takeBatch(WireMessage** out_p, std::size_t most) {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        if (head_mp == nullptr) {
+            grow();
         }
-        std::lock_guard<std::mutex> lock(mutex_s);
-        wire_p->nextFree_mp = head_sp;
-        head_sp = wire_p;
+        std::size_t count = 0;
+        while (count < most && head_mp != nullptr) {
+            out_p[count++] = head_mp;
+            head_mp = head_mp->nextFree_mp;
+        }
+        return count;
+    }
+    void giveBatch(WireMessage* const* wires_p, std::size_t count) noexcept {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        for (std::size_t i = 0; i < count; ++i) {
+            wires_p[i]->nextFree_mp = head_mp;
+            head_mp = wires_p[i];
+        }
     }
 
   private:
     static constexpr int CHUNK = 256;
 
-    // Under mutex_s. Chunks are never given back: copies are few compared with their traffic.
-    static void grow() {
+    // Never destroyed, as the other pools.
+    static WirePool& instance() {
+        static auto* pool_s = new WirePool();
+        return *pool_s;
+    }
+    static ThreadCache<WirePool, WireMessage*>& cache() noexcept {
+        [[gnu::tls_model("initial-exec")]] static thread_local ThreadCache<WirePool, WireMessage*>
+            cache_s;
+        return cache_s;
+    }
+
+    // Under mutex_m. Chunks are never given back: copies are few compared with their traffic.
+    void grow() {
         auto* chunk_p = new WireMessage[CHUNK];
         for (int i = 0; i < CHUNK; ++i) {
-            chunk_p[i].nextFree_mp = i + 1 < CHUNK ? &chunk_p[i + 1] : head_sp;
+            chunk_p[i].nextFree_mp = i + 1 < CHUNK ? &chunk_p[i + 1] : head_mp;
         }
-        head_sp = chunk_p;
+        head_mp = chunk_p;
         PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
                        static_cast<std::int64_t>(sizeof(WireMessage) * CHUNK));
     }
 
-    static inline std::mutex mutex_s;
-    static inline WireMessage* head_sp = nullptr;
+    std::mutex mutex_m;
+    WireMessage* head_mp = nullptr;
 };
 
 namespace {
@@ -108,6 +128,7 @@ WireMessage* WireMessage::snapshot(const Message& msg) {
     for (int i = 0; i < NUM_PARTS; ++i) {
         const Part& part = msg.part(static_cast<PartId>(i));
         if (!part.present()) {
+            wire_p->parts_m[i] = View();
             continue;
         }
         if (part.size() > 0) {
