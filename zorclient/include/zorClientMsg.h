@@ -516,8 +516,10 @@ zorClient_container_getField(zorClient_opaqueContainer_pt container, zorClient_f
 ZORCLIENT_API zorClient_returnCode_t
 zorClient_container_getSize(zorClient_opaqueContainer_pt container, size_t* size_p);
 
-/* Typed reads of field name_p (in a stream, name null: the next entry). ZORCLIENT_NOT_FOUND when
- * absent; ZORCLIENT_FAIL with ZORCLIENT_SUBCODE_FIELD_TYPE_MISMATCH when of another type. */
+/* Typed reads of field name_p (in a stream, name null: the next entry, taken whatever its type;
+ * ZORCLIENT_EOS past the last). ZORCLIENT_NOT_FOUND when absent; ZORCLIENT_FAIL with
+ * ZORCLIENT_SUBCODE_FIELD_TYPE_MISMATCH when of another type (a char and a wide char below 256
+ * read as each other). */
 ZORCLIENT_API zorClient_returnCode_t zorClient_container_getBoolean(
     zorClient_opaqueContainer_pt container, zorClient_bool_t* value_p, const char* name_p);
 ZORCLIENT_API zorClient_returnCode_t zorClient_container_getUint8(

@@ -124,6 +124,7 @@ DataBlock* DataBlockPools::acquire(std::size_t size, BlockOwner owner) {
             } else {  // left over from quanta configured before
                 PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
                                -signedSize(free_p->capacity_m));
+                ZC_UNPOISON(free_p->bytes(), free_p->capacity_m);
                 free_p->~DataBlock();
                 ::operator delete(free_p);
             }
