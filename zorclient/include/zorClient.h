@@ -454,7 +454,8 @@ typedef union zorClient_fieldValue {
 
 /* A field read from a container (or a capability). length counts the bytes of byte arrays, QWF
  * and unknown fields, and of strings including their NUL. Pointers in value point into the
- * container and live as long as it. */
+ * container and live as long as it, or until a field is next added to it (the bytes may then
+ * move). */
 typedef struct zorClient_field {
     zorClient_fieldType_t type;
     zorClient_uint32_t length;

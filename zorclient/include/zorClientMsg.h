@@ -104,6 +104,13 @@ ZORCLIENT_API zorClient_returnCode_t zorClient_msg_free(zorClient_opaqueMsg_pt* 
  * mode back to direct); the message stays allocated. */
 ZORCLIENT_API zorClient_returnCode_t zorClient_msg_reset(zorClient_opaqueMsg_pt msg);
 
+/* Allocates into *newMsg_p an independent copy of msg: every header field and part (the bytes
+ * of pointer parts are copied), the contents of its maps and streams (not their open handles),
+ * the correlation tag and, for a received message, what its delivery added. Owned by the caller
+ * until zorClient_msg_free; counted in ZORCLIENT_MSG_STATS_MSG_DUPS. Any thread. */
+ZORCLIENT_API zorClient_returnCode_t zorClient_msg_dup(zorClient_opaqueMsg_pt msg,
+                                                       zorClient_opaqueMsg_pt* newMsg_p);
+
 /* Writes a readable text of the whole message (one header per line, then the payloads in hex
  * and ASCII) into buffer_p of bufferSize bytes, NUL-terminated. A text that does not fit fills
  * the buffer (bufferSize - 1 characters) and still returns ZORCLIENT_OK. */
@@ -509,8 +516,10 @@ zorClient_container_getField(zorClient_opaqueContainer_pt container, zorClient_f
 ZORCLIENT_API zorClient_returnCode_t
 zorClient_container_getSize(zorClient_opaqueContainer_pt container, size_t* size_p);
 
-/* Typed reads of field name_p (in a stream, name null: the next entry). ZORCLIENT_NOT_FOUND when
- * absent; ZORCLIENT_FAIL with ZORCLIENT_SUBCODE_FIELD_TYPE_MISMATCH when of another type. */
+/* Typed reads of field name_p (in a stream, name null: the next entry, taken whatever its type;
+ * ZORCLIENT_EOS past the last). ZORCLIENT_NOT_FOUND when absent; ZORCLIENT_FAIL with
+ * ZORCLIENT_SUBCODE_FIELD_TYPE_MISMATCH when of another type (a char and a wide char below 256
+ * read as each other). */
 ZORCLIENT_API zorClient_returnCode_t zorClient_container_getBoolean(
     zorClient_opaqueContainer_pt container, zorClient_bool_t* value_p, const char* name_p);
 ZORCLIENT_API zorClient_returnCode_t zorClient_container_getUint8(

@@ -5,6 +5,7 @@
 #include "api/ProcessConfig.h"
 #include "api/PropertyList.h"
 #include "core/BackendFactory.h"
+#include "core/DataBlock.h"
 #include "zorClient.h"
 #include "zorclientBuildInfo.h"
 
@@ -41,6 +42,11 @@ zorClient_returnCode_t zorClient_initialize(zorClient_log_level_t initialLogLeve
         rc = ProcessConfig::begin(list, function_p);
         if (rc == ZORCLIENT_OK) {
             Logger::setFilterLevel(ZORCLIENT_LOG_CATEGORY_ALL, initialLogLevel);
+            std::array<std::uint32_t, ZORCLIENT_MSG_NUM_DBQUANTA> quanta;
+            for (int i = 0; i < ZORCLIENT_MSG_NUM_DBQUANTA; ++i) {
+                quanta[static_cast<std::size_t>(i)] = ProcessConfig::dataBlockQuantum(i);
+            }
+            DataBlockPools::configure(quanta);
         }
         return rc;
     });
@@ -50,6 +56,7 @@ zorClient_returnCode_t zorClient_cleanup(void) {
     return guarded(__func__, []() -> zorClient_returnCode_t {
         ProcessConfig::end();
         BackendFactory::cleanup();
+        DataBlockPools::configure(ProcessConfig::DEFAULT_QUANTA);
         Logger::setFile(nullptr);
         return ZORCLIENT_OK;
     });

@@ -1,7 +1,9 @@
 // Counters behind zorClient_msg_getStat. The message pools update them as the application
 // allocates and frees messages, containers and data blocks; readers may be any thread.
-// Each counter is a relaxed atomic on a cache line of its own, so that threads that allocate
-// at a high rate do not fight over one line.
+// Each thread counts in a block of its own (no locked instruction, no shared cache line, so
+// threads that allocate at a high rate do not slow each other down), and a read sums the blocks
+// of all threads and what ended threads left behind. add() costs a few plain instructions;
+// read() takes a lock.
 #pragma once
 
 #include <cstdint>

@@ -1,0 +1,146 @@
+// The boundary between library messages and the broker: how a sent message becomes one
+// immutable broker copy, and how a receiver gets a library message from that copy.
+//
+// SEND. A send (zorClient_session_sendMsg, sendMultipleMsg, a transacted send, a request or a
+// reply) calls WireMessage::snapshot(msg, &wire) once, before anything else looks at the message.
+// The snapshot copies every carried header field and every part (pointer parts included) into
+// one data block and returns the copy with one reference, owned by the caller. From then on the
+// application's message is untouched by the library and may be reset, refilled or freed at once,
+// even before the broker has routed the copy; pointers given to "...Ptr" setters are not used
+// again. The correlation tag is captured in the copy for the sender's acknowledgement events
+// (correlationTag()) and is never given to a receiver. A message with neither a destination nor
+// a delivery mode that the broker accepts is still copied: deciding that is the sender's job
+// (destination() is null when none was set).
+//
+// FAN-OUT. The copy is immutable: any number of threads may read it at the same time without a
+// lock. Each holder of the copy (an endpoint spooling it, a context queue entry, a cache, a
+// replay log, a received message made from it) takes a reference with retain() and gives it
+// back with release(); the last release returns the copy and its block to the pools. retain()
+// and release() may be called from any thread, also concurrently for the same copy.
+//
+// DELIVERY. For each delivery the receiving side calls wire->materialize(delivery, &msg): it
+// makes a library message that shares the copy's bytes (no payload is copied; the message holds
+// its own reference on the copy) and sets what belongs to this one delivery from DeliveryInfo.
+// The message counts as allocated in the pool statistics until it is freed. Hand it to the
+// receive callback; afterwards, with ZORCLIENT_CALLBACK_OK the library frees it
+// (zorClient_msg_free, on the context thread), with ZORCLIENT_CALLBACK_TAKE_MSG the application
+// owns it and frees it later, on any thread, also after the session and the broker are gone
+// (the reference keeps the bytes alive). A received message may be changed and sent again:
+// changed parts get blocks of their own, shared parts stay shared until the next snapshot
+// copies them; nothing of DeliveryInfo travels on.
+//
+// The copy is not counted in ZORCLIENT_MSG_STATS_ALLOC_*: a broker that still stores messages at
+// the end of a run does not make the application's pool check fail. Its block comes from the
+// same pools, so a warm process allocates nothing per message on this path: the copy's header,
+// its data block and the received message all come from free lists. Materialising is best done
+// on the receiving context's thread, right before the callback, so that a queued delivery holds
+// only a reference and a DeliveryInfo, never a library message.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "core/Message.h"
+
+namespace zorvane::zorclient {
+
+// What the broker attaches to one delivery of a copy. Pointers are read during materialize()
+// only; what the message keeps is copied.
+struct DeliveryInfo {
+    static constexpr int KEEP_DELIVERY_MODE = -1;
+
+    // The destination as delivered (say, the queue a topic message was spooled to); null keeps
+    // the sender's. Received destinations read back as a plain topic or queue.
+    const char* destination_p = nullptr;
+    zorClient_destinationType_t destinationType = ZORCLIENT_TOPIC_DESTINATION;
+    // ZORCLIENT_DELIVERY_MODE_... as delivered (a direct message spooled by a queue arrives
+    // non-persistent); KEEP_DELIVERY_MODE keeps the sender's.
+    int deliveryMode = KEEP_DELIVERY_MODE;
+    // The id for acknowledgement and settlement of a guaranteed delivery.
+    bool hasMsgId = false;
+    zorClient_msgId_t msgId = 0;
+    bool redelivered = false;
+    zorClient_int32_t deliveryCount = 1;
+    // The first delivery after messages for this receiver were discarded.
+    bool discardIndication = false;
+    // The broker's topic sequence number; 0 lets the sender's number (if it set one) through.
+    // The broker numbers only copies whose senderTopicSequenceNumber is 0.
+    zorClient_int64_t topicSequenceNumber = 0;
+    // The receiving session's subscriptions that matched (1-based, in subscription order).
+    const zorClient_uint32_t* consumerIds_p = nullptr;
+    std::uint32_t consumerIdCount = 0;
+    zorClient_cacheStatus_t cacheStatus = ZORCLIENT_CACHE_LIVE_MESSAGE;
+    zorClient_uint64_t cacheRequestId = 0;
+    bool hasReplicationGroupMessageId = false;
+    zorClient_replicationGroupMessageId_t replicationGroupMessageId = {};
+};
+
+class WireMessage {
+  public:
+    // The broker copy of message msg, with one reference for the caller. Fails (error info set)
+    // for a null or stale handle or when memory runs out; *wire_p is then null.
+    static zorClient_returnCode_t snapshot(zorClient_opaqueMsg_pt msg,
+                                           WireMessage** wire_p) noexcept;
+    // The same for a message already looked up. Throws std::bad_alloc.
+    static WireMessage* snapshot(const Message& msg);
+
+    // A library message for one delivery of this copy, into *msg_p (see DELIVERY above). Fails
+    // (error info set, *msg_p null) only when memory runs out or delivery is not valid.
+    zorClient_returnCode_t materialize(const DeliveryInfo& delivery,
+                                       zorClient_opaqueMsg_pt* msg_p) noexcept;
+
+    void retain() noexcept { references_m.fetch_add(1, std::memory_order_relaxed); }
+    // Gives a reference back; the last one returns the copy to the pools.
+    void release() noexcept;
+    std::uint32_t references() const noexcept {
+        return references_m.load(std::memory_order_acquire);
+    }
+
+    // ---- The content, immutable; any thread.
+
+    const CarriedHeader& header() const noexcept { return header_m; }
+    // Persistent or non-persistent (acknowledged, spooled), not direct.
+    bool isGuaranteed() const noexcept {
+        return header_m.deliveryMode != ZORCLIENT_DELIVERY_MODE_DIRECT;
+    }
+    // Destination and reply-to names as the sender set them (their types in header()); null
+    // when not set.
+    const char* destination() const noexcept { return text(PartId::DESTINATION); }
+    const char* replyTo() const noexcept { return text(PartId::REPLY_TO); }
+    // A text part (DESTINATION .. HTTP_CONTENT_ENCODING) as a C string; null when absent.
+    const char* text(PartId id) const noexcept;
+    // Any part's bytes; false when absent.
+    bool part(PartId id, const std::uint8_t** data_p, std::uint32_t* size_p) const noexcept;
+    // Milliseconds since the epoch at which the message expires (send time plus time to live);
+    // 0 when it does not.
+    zorClient_uint64_t expirationMs() const noexcept { return expirationMs_m; }
+    // The sender's correlation tag, for its acknowledgement events; never delivered.
+    bool hasCorrelationTag() const noexcept { return hasCorrelationTag_m; }
+    void* correlationTag() const noexcept { return correlationTag_mp; }
+    // Bytes of all parts: what a maximum message size or a quota is compared with.
+    std::size_t contentSize() const noexcept { return contentSize_m; }
+    // One user property by name, for selectors: scalar, string, byte array and destination
+    // fields; a MAP or STREAM field is found with a null handle. False when there is no user
+    // property map, no such name, or the map is malformed.
+    bool findUserProperty(const char* name_p, zorClient_field_t* field_p) const noexcept;
+
+  private:
+    friend class WirePool;
+    struct View {
+        const std::uint8_t* data_p = nullptr;  // null: absent
+        std::uint32_t size = 0;
+    };
+
+    std::atomic<std::uint32_t> references_m{0};
+    CarriedHeader header_m;
+    bool hasCorrelationTag_m = false;
+    void* correlationTag_mp = nullptr;
+    zorClient_uint64_t expirationMs_m = 0;
+    std::size_t contentSize_m = 0;
+    DataBlock* block_mp = nullptr;
+    WireMessage* nextFree_mp = nullptr;
+    View parts_m[NUM_PARTS];
+};
+
+}  // namespace zorvane::zorclient
