@@ -53,8 +53,7 @@ class EventQueue {
             handler(event);
             ++handled;
         }
-        if (handled < max && overflowSize_m.load(std::memory_order_acquire) != 0 &&
-            ringIsEmpty()) {
+        if (handled < max && overflowSize_m.load(std::memory_order_acquire) != 0 && ringIsEmpty()) {
             // Every slot ever claimed has been taken, so everything in the list is newer than
             // what was taken and older than what comes into the ring from now on. (A slot
             // claimed but not yet published may hold an older event of a producer whose next
@@ -80,9 +79,7 @@ class EventQueue {
     bool tryPushRing(const Event& event) noexcept;
     bool popRing(Event* event_p) noexcept;
     bool ringHasEvent() const noexcept;
-    bool ringIsEmpty() const noexcept {
-        return tail_m.load(std::memory_order_acquire) == head_m;
-    }
+    bool ringIsEmpty() const noexcept { return tail_m.load(std::memory_order_acquire) == head_m; }
     void takeOverflow();
 
     const std::size_t mask_m;
