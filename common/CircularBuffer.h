@@ -3,23 +3,20 @@
 // Positions count from the head, the oldest element; the ring wraps modulo
 // its capacity.
 //
-// push_back on a full ring first drops the oldest element (and push_front
-// the newest), so a ring that is fed faster than it is drained keeps the
-// latest capacity() elements.
+// push_back on a full ring first drops the oldest element, so a ring that
+// is fed faster than it is drained keeps the latest capacity() elements.
 //
 // Ownership: the ring owns its element array. Elements are assigned into
 // slots, so T must be default-constructible and copy-assignable.
 //
 // Threads: none of its own; one thread at a time. Never blocks. Only
-// construction and reserve() allocate.
+// construction allocates.
 #pragma once
 
 #include <cstddef>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
-#include <string>
-#include <utility>
 
 namespace zorvane::pubsub {
 
@@ -104,78 +101,13 @@ class CircularBuffer {
         tail_m = next(tail_m);
         ++size_m;
     }
-    void push_front(const T& value) {
-        if (full()) {
-            pop_back();
-        }
-        head_m = prev(head_m);
-        arr_m[head_m] = value;
-        ++size_m;
-    }
     // Popping an empty ring throws std::out_of_range.
     void pop_front() {
-        requireElements("pop_front");
+        if (size_m == 0) {
+            throw std::out_of_range("CircularBuffer::pop_front on an empty buffer");
+        }
         head_m = next(head_m);
         --size_m;
-    }
-    void pop_back() {
-        requireElements("pop_back");
-        tail_m = prev(tail_m);
-        --size_m;
-    }
-
-    // Removes the element at position pos (std::out_of_range beyond the
-    // end), moving the shorter side of the ring to close the hole.
-    void erase(size_type pos) {
-        if (pos >= size_m) {
-            throw std::out_of_range("CircularBuffer::erase position beyond the end");
-        }
-        if (pos == 0) {
-            erase_from_head();
-        } else if (pos == size_m - 1) {
-            erase_from_tail();
-        } else {
-            erase_from_middle(pos);
-        }
-    }
-    void erase_from_head() { pop_front(); }
-    void erase_from_tail() { pop_back(); }
-    void erase_from_middle(size_type pos) {
-        if (pos < size_m / 2) {
-            for (size_type i = pos; i > 0; --i) {
-                (*this)[i] = (*this)[i - 1];
-            }
-            pop_front();
-        } else {
-            for (size_type i = pos; i + 1 < size_m; ++i) {
-                (*this)[i] = (*this)[i + 1];
-            }
-            pop_back();
-        }
-    }
-
-    void swap(CircularBuffer& other) noexcept {
-        std::swap(maxSize_m, other.maxSize_m);
-        std::swap(size_m, other.size_m);
-        std::swap(head_m, other.head_m);
-        std::swap(tail_m, other.tail_m);
-        std::swap(arr_m, other.arr_m);
-    }
-
-    // Grows the capacity to newMaxSize, keeping the elements in order; a
-    // smaller value changes nothing. Allocates.
-    void reserve(size_type newMaxSize) {
-        if (newMaxSize <= maxSize_m) {
-            return;
-        }
-        auto grown = std::make_unique<T[]>(newMaxSize);
-        for (size_type i = 0; i < size_m; ++i) {
-            grown[i] = (*this)[i];
-        }
-        arr_m = std::move(grown);
-        maxSize_m = newMaxSize;
-        head_m = 0;
-        tail_m = size_m % maxSize_m;
     }
 
     iterator begin() { return iterator(this, 0); }
@@ -186,13 +118,6 @@ class CircularBuffer {
   private:
     size_type slot(size_type pos) const { return (head_m + pos) % maxSize_m; }
     size_type next(size_type index) const { return index + 1 == maxSize_m ? 0 : index + 1; }
-    size_type prev(size_type index) const { return index == 0 ? maxSize_m - 1 : index - 1; }
-    void requireElements(const char* operation) const {
-        if (size_m == 0) {
-            throw std::out_of_range(std::string("CircularBuffer::") + operation +
-                                    " on an empty buffer");
-        }
-    }
 
     size_type maxSize_m;
     size_type size_m = 0;

@@ -30,6 +30,9 @@ class TestClient : public AbstractClient {
     UINT64 msgsRecv() const { return msgsRecv_m; }
     // Where the binding counts messages outside transacted sessions.
     PerfStats* receiveStats() { return &stats_m; }
+    // What the binding does with each message outside transacted sessions.
+    void receive(AbstractMessage& msg) { processMessage(&msg, &stats_m); }
+    UINT64 stat(int statType) const { return stats_m.getStatElement(statType); }
 
     int connects_m = 0, disconnects_m = 0, publishes_m = 0;
     bool connectThrows_m = false;

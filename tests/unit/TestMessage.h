@@ -19,7 +19,12 @@ namespace zorvane::pubsub {
 
 class TestMessage : public AbstractMessage {
   public:
-    explicit TestMessage(std::string clientId = "000001") : AbstractMessage(std::move(clientId)) {}
+    TestMessage() : AbstractMessage("000001") {}
+    // A message whose attachment starts with record, followed by userBytes.
+    explicit TestMessage(const ToolData& record, const std::string& userBytes = "")
+        : TestMessage() {
+        setAttachmentRecord(record, userBytes);
+    }
 
     // ---- contents, set by the test ----
     std::string msgId_m;
