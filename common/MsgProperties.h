@@ -50,6 +50,33 @@ class MsgProperties {
     // becomes as long as it. A longer one keeps its length and its tail.
     void overlayToolDataRecord(const char* begin, const char* end);
 
+    // ---- attachment regeneration (a publisher, per send) ----
+    // None of these allocates while the new size fits the capacity that
+    // reserveAttachment set aside.
+
+    // Makes room for attachments up to capacity bytes.
+    void reserveAttachment(size_t capacity) { attachment_m.reserve(capacity); }
+
+    // A new attachment for message msgId of publisher stream streamId. The
+    // size starts at the original size; a jitter factor other than 0.0
+    // scales it by a random 1 + r * factor, r from -1.0 to below 1.0 (at
+    // least 1 byte); otherwise, with both limits at 0 or more, the size is
+    // drawn from min to max. The contents are random noise, unique, or the
+    // non-repeating pattern, as the message's flags say.
+    void generateNewAttachment(UINT16* state_p, double attachmentSizeJitterFactor,
+                               INT64 randomAttachSizeMin, INT64 randomAttachSizeMax,
+                               UINT32 streamId, UINT64 msgId);
+    // size / 8 chunks ":" + 7 lowercase hex digits of the chunk number, the
+    // rest filled with 'A'. Sizes up to 7 are all 'A'.
+    void generateNewAttachmentNonRepeating(INT32 size);
+    // Every byte drawn from 0 to 255.
+    void generateNewAttachmentRandomNoise(INT32 size, UINT16* state_p);
+    // size / 32 chunks ":sss:mmmmmmmmmmm:ttttttttttttttt" (low 12 bits of
+    // the stream id, low 32 bits of the message id, the time in
+    // microseconds read for each chunk; lowercase hex, zero-filled), the
+    // rest filled with the letters counting up from 'A'.
+    void generateNewAttachmentUnique(INT32 size, UINT32 streamId, UINT64 msgId);
+
     // The tool data record of this message, filled by the client before
     // each send (AbstractClient::updateToolData).
     ToolData* getToolData() { return &toolData_m; }
