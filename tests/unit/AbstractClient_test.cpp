@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "common/CRC.h"
-#include "common/CliProperties.h"
 #include "common/MsgProperties.h"
 #include "common/OS.h"
 #include "common/PubSubException.h"
 #include "tests/unit/LogCapture.h"
+#include "tests/unit/NullClient.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -22,17 +22,15 @@ using namespace std::chrono_literals;
 using State = AbstractClient::ClientStateType;
 
 // The library side reduced to what the wrappers hand over.
-class TestClient : public AbstractClient {
+class TestClient : public NullClient {
   public:
-    using AbstractClient::AbstractClient;
     using AbstractClient::slowSubDelayImpl;
-    void raiseAsyncError() { asyncExceptionOccured_m = true; }
+    using NullClient::NullClient;
     bool wantSlowPath() const { return wantSlowPathMsgProcess_m; }
     INT32 slowSubCount() const { return slowSubDelayCount_m; }
 
     int connects_m = 0, disconnects_m = 0, publishes_m = 0;
     bool connectThrows_m = false;
-    UINT64 lastAcked_m = 0;
     std::string implCall_m;
 
   protected:
@@ -50,45 +48,10 @@ class TestClient : public AbstractClient {
     void publishSendMultipleImpl(std::vector<MsgProperties>&, bool, INT32) override {
         ++publishes_m;
     }
-    UINT64 getLastAckedMsgIdImpl() override { return lastAcked_m; }
-    void setLastAckedMsgIdImpl(UINT64 id) override { lastAcked_m = id; }
-    const PerfStats& getRxStatsImpl(bool) override { return stats_m; }
-
-    void startDataImpl() override {}
-    void stopDataImpl() override {}
-    void startQueueBrowsingImpl(const QueueBrowserProperties&) override {}
-    void stopQueueBrowsingImpl() override {}
-    bool isQueueBrowsingImpl() override { return false; }
-    void cacheRequestImpl(const std::vector<std::string>&, bool, std::string, bool, INT64,
-                          INT64) override {}
-    void cancelCacheRequestsImpl() override {}
-    std::string requestReplyImpl(const std::string&, const std::string&) override { return ""; }
-    void reflectMsgImpl(AbstractMessage*) override {}
-    INT64 getSdkStatImpl(int) override { return 0; }
-    void resetStatsImpl() override {}
-    void subscriptionUpdateImpl(const std::vector<std::string>&, bool, const std::string&,
-                                SubscriptionType) override {}
-    void topicUpdateImpl(const EpConfigProperties&) override {}
-    void queueUpdateImpl(const EpConfigProperties&) override {}
-    std::vector<std::string> tempEndpointUpdateImpl(const EpConfigProperties&) override {
-        return {};
-    }
-    void unbindAllTempEndpointsImpl() override {}
-    void mapTopicsImpl(const std::string&, const std::vector<std::string>&, bool) override {}
-    FlowStatus getFlowStatusImpl(const std::string&, EndpointType) override { return {}; }
-    void clearSubscriptionMemoryImpl() override {}
-    void endpointProvisioningImpl(const EpConfigProperties&) override {}
-    std::string getClientNameImpl() override { return ""; }
-    void setClientNameImpl(std::string) override {}
-    void updateAuthOnReconnectImpl(std::string, std::string) override {}
-    void sigalrmActionImpl() override {}
-    std::string toStringImpl() override { return ""; }
-    std::map<std::string, std::string> getRtrCapabilitiesImpl() override { return {}; }
-    void setLastMessageDetails(AbstractMessage*) override {}
 };
 
 ClientProperties clientProps() {
-    return ClientProperties(CliProperties(CliProperties::VEX_LOAD, "1.0.0"));
+    return NullClient::defaultProps();
 }
 
 std::unique_ptr<TestClient> makeClient(const ClientProperties& props, INT32 clientId = 1,
