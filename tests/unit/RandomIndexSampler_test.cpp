@@ -12,49 +12,29 @@
 namespace zorvane::pubsub {
 namespace {
 
-std::vector<int> histogram(RandomIndexSampler& sampler, int size, int draws) {
-    std::vector<int> counts(static_cast<size_t>(size), 0);
-    for (int i = 0; i < draws; ++i) {
-        const INT32 index = sampler.sampleIndex();
-        EXPECT_GE(index, 0);
-        EXPECT_LT(index, size);
-        ++counts[static_cast<size_t>(index)];
-    }
-    return counts;
-}
-
-TEST(RandomIndexSampler, DrawsFollowTheWeightsAndSkipZeroWeights) {
-    std::unique_ptr<UINT16[]> state(OS::randomInitState(12345));
-    RandomIndexSampler sampler(state.get(), {1.0, 0.0, 3.0, 6.0, 0.0});
-    const auto counts = histogram(sampler, 5, 20000);
-    EXPECT_EQ(counts[1], 0);
-    EXPECT_EQ(counts[4], 0) << "a trailing zero weight is never the bound";
-    EXPECT_NEAR(counts[0], 2000, 300);
-    EXPECT_NEAR(counts[2], 6000, 450);
-    EXPECT_NEAR(counts[3], 12000, 450);
-}
-
-TEST(RandomIndexSampler, EqualOrZeroWeightsDrawUniformlyAndBadListsAreRefused) {
+// Weighted draws are checked through the publisher's random order; here the
+// edges of the weight lists.
+TEST(RandomIndexSampler, ZeroWeightsAreSkippedOrDrawnUniformlyAndBadListsRefused) {
     LogCapture log;
     std::unique_ptr<UINT16[]> state(OS::randomInitState(7));
+    RandomIndexSampler trailingZeros(state.get(), {0.0, 1.0, 2.0, 0.0, 0.0});
     RandomIndexSampler zeros(state.get(), {0.0, 0.0, 0.0, 0.0});
+    std::vector<int> skipped(5), uniform(4);
+    for (int i = 0; i < 8000; ++i) {
+        ++skipped[static_cast<size_t>(trailingZeros.sampleIndex())];
+        ++uniform[static_cast<size_t>(zeros.sampleIndex())];
+    }
+    EXPECT_EQ(skipped[0] + skipped[3] + skipped[4], 0);
+    EXPECT_NEAR(skipped[2], 2 * skipped[1], 800);
+    for (int count : uniform) {
+        EXPECT_NEAR(count, 2000, 250);
+    }
     EXPECT_TRUE(log.contains(
         "It is not recommended to use weights that are all 0.0 for RandomIndexSampler.\n It works, "
         "but this should normally be a sign that something was not initialized correctly."));
-    for (int count : histogram(zeros, 4, 8000)) {
-        EXPECT_NEAR(count, 2000, 250);
-    }
-
     EXPECT_EQ(RandomIndexSampler().sampleIndex(), -1);
     EXPECT_EQ(RandomIndexSampler(state.get(), {}).sampleIndex(), -1);
     EXPECT_THROW(RandomIndexSampler(state.get(), {1.0, -0.5}), PubSubException);
-
-    // The same seed draws the same sequence.
-    std::unique_ptr<UINT16[]> a(OS::randomInitState(99)), b(OS::randomInitState(99));
-    RandomIndexSampler first(a.get(), {1.0, 2.0, 3.0}), second(b.get(), {1.0, 2.0, 3.0});
-    for (int i = 0; i < 100; ++i) {
-        ASSERT_EQ(first.sampleIndex(), second.sampleIndex());
-    }
 }
 
 }  // namespace
