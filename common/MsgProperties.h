@@ -53,6 +53,10 @@ class MsgProperties {
     // becomes as long as it. A longer one keeps its length and its tail.
     void overlayToolDataRecord(const char* begin, const char* end);
 
+    // Makes room for attachments up to capacity bytes, so that regenerating
+    // them on the publish path allocates nothing.
+    void reserveAttachment(size_t capacity) { attachment_m.reserve(capacity); }
+
     // The tool data record of this message, filled by the client before
     // each send (AbstractClient::updateToolData).
     ToolData* getToolData() { return &toolData_m; }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "common/CRC.h"
-#include "common/CliProperties.h"
 #include "common/MsgProperties.h"
 #include "common/OS.h"
 #include "common/PubSubException.h"
@@ -23,7 +22,7 @@ using namespace std::chrono_literals;
 using State = AbstractClient::ClientStateType;
 
 ClientProperties clientProps() {
-    return ClientProperties(CliProperties(CliProperties::VEX_LOAD, "1.0.0"));
+    return NullClient::defaultProps();
 }
 
 std::unique_ptr<TestClient> makeClient(const ClientProperties& props, INT32 clientId = 1,

@@ -17,7 +17,9 @@
 #include "common/PublishMessageCycle.h"
 #include "common/PublishProperties.h"
 #include "common/ToolData.h"
+#include "tests/unit/NullClient.h"
 #include "tests/unit/TestClient.h"
+#include "vexload/ClientPubThread.h"
 
 namespace {
 std::atomic<long> allocations_s{0};
@@ -148,6 +150,58 @@ TEST(HotPathAllocation, ProcessMessageAllocatesNothingOnEitherPath) {
         EXPECT_EQ(stats.getStatElement(PerfStats::NUM_LATENCY_MSGS), 999U);
         EXPECT_EQ(stats.getStatElement(PerfStats::NUM_MSGS_CRC_OK),
                   client.wantSlowPath() ? 999U : 0U);
+    }
+}
+
+// Notes the allocation count at the first and the last send of a run.
+class AllocationWatchingClient : public NullClient {
+  public:
+    using NullClient::NullClient;
+    long atFirstSend_m = -1, atLastSend_m = -1;
+
+  protected:
+    void publishMsgImpl(MsgProperties*, INT32) override { note(); }
+    void publishSendMultipleImpl(std::vector<MsgProperties>&, bool, INT32) override { note(); }
+
+  private:
+    void note() {
+        atLastSend_m = allocations_s.load();
+        if (atFirstSend_m < 0) {
+            atFirstSend_m = atLastSend_m;
+        }
+    }
+};
+
+TEST(HotPathAllocation, PublishLoopAllocatesNothingPerMessage) {
+    ClientProperties clientProps = NullClient::defaultProps();
+    clientProps.setRateCheckInterval(1);  // the real clock is read for every message
+    StatsCustomizationProperties stats;
+    stats.setWantOrderCheckPublisherStreamNumber(true);
+    stats.setWantLatency(true);
+    stats.setWantPayloadCheck(true);
+    std::vector<MsgProperties> msgs(10);
+    for (MsgProperties& msg : msgs) {
+        msg.setTopic("hot/path");
+        msg.setOriginalAttachmentSize(100);
+        msg.setWantUniqueAttachmentContents(true);
+    }
+    for (INT32 sendVector : {0, 10}) {
+        AllocationWatchingClient client(clientProps, 1, 1000000, stats, nullptr);
+        ClientPubThread thread(&client, 0, 5);
+        PublishProperties props;
+        props.setNumMsgsPerClient(20000);
+        props.setMsgRate(1e9);  // always behind: every wait returns at once
+        props.setSendVectorSize(sendVector);
+        props.setUseRandomMessageOrder(true);
+        props.setAttachmentSizeJitterFactor(0.5);
+        props.setWantUniqueAttachmentContents(true);
+        props.setPartitionKeyList({"a partition key too long for any short string", "k"});
+        props.setMsgObjTypeList("bm");
+        props.setAckImmediatelyInterval(7);
+        thread.configurePublish(msgs, props, stats, "");
+        thread.start();
+        thread.wait();
+        EXPECT_EQ(client.atLastSend_m - client.atFirstSend_m, 0) << "send vector " << sendVector;
     }
 }
 

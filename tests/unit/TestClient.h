@@ -1,7 +1,7 @@
 // A client without a library, for tests and benchmarks of AbstractClient:
-// the Impl operations record what the wrappers hand over, and the
-// receive-side operations that need the library read a TestMessage
-// instead. Protected state that tests look at is exposed by small
+// on top of NullClient, the Impl operations record what the wrappers hand
+// over, and the receive-side operations that need the library read a
+// TestMessage instead. Protected state that tests look at is exposed by small
 // accessors.
 #pragma once
 
@@ -12,19 +12,19 @@
 #include "client/AbstractClient.h"
 #include "common/MutexScope.h"
 #include "common/PubSubException.h"
+#include "tests/unit/NullClient.h"
 #include "tests/unit/TestMessage.h"
 
 namespace zorvane::pubsub {
 
-class TestClient : public AbstractClient {
+class TestClient : public NullClient {
   public:
-    using AbstractClient::AbstractClient;
+    using NullClient::NullClient;
     // Counted, then the real delay; public so that tests can run it.
     void slowSubDelayImpl() override {
         ++slowSubDelays_m;
         AbstractClient::slowSubDelayImpl();
     }
-    void raiseAsyncError() { asyncExceptionOccured_m = true; }
     bool wantSlowPath() const { return wantSlowPathMsgProcess_m; }
     INT32 slowSubCount() const { return slowSubDelayCount_m; }
     UINT64 msgsRecv() const { return msgsRecv_m; }
@@ -36,7 +36,6 @@ class TestClient : public AbstractClient {
 
     int connects_m = 0, disconnects_m = 0, publishes_m = 0;
     bool connectThrows_m = false;
-    UINT64 lastAcked_m = 0;
     std::string implCall_m;
     // The receive side.
     int reflects_m = 0, slowSubDelays_m = 0, structChecks_m = 0;
@@ -57,8 +56,6 @@ class TestClient : public AbstractClient {
     void publishSendMultipleImpl(std::vector<MsgProperties>&, bool, INT32) override {
         ++publishes_m;
     }
-    UINT64 getLastAckedMsgIdImpl() override { return lastAcked_m; }
-    void setLastAckedMsgIdImpl(UINT64 id) override { lastAcked_m = id; }
     const PerfStats& getRxStatsImpl(bool wantFirstLastStats) override {
         return wantFirstLastStats && firstLastData_mp ? firstLastData_mp->getRxStats() : stats_m;
     }
@@ -92,36 +89,6 @@ class TestClient : public AbstractClient {
             static_cast<INT32>(msg_p->getAttachEnd() - msg_p->getAttachBegin()));
         appendLastMessageDetailsToHistory();
     }
-
-    void startDataImpl() override {}
-    void stopDataImpl() override {}
-    void startQueueBrowsingImpl(const QueueBrowserProperties&) override {}
-    void stopQueueBrowsingImpl() override {}
-    bool isQueueBrowsingImpl() override { return false; }
-    void cacheRequestImpl(const std::vector<std::string>&, bool, std::string, bool, INT64,
-                          INT64) override {}
-    void cancelCacheRequestsImpl() override {}
-    std::string requestReplyImpl(const std::string&, const std::string&) override { return ""; }
-    INT64 getSdkStatImpl(int) override { return 0; }
-    void resetStatsImpl() override {}
-    void subscriptionUpdateImpl(const std::vector<std::string>&, bool, const std::string&,
-                                SubscriptionType) override {}
-    void topicUpdateImpl(const EpConfigProperties&) override {}
-    void queueUpdateImpl(const EpConfigProperties&) override {}
-    std::vector<std::string> tempEndpointUpdateImpl(const EpConfigProperties&) override {
-        return {};
-    }
-    void unbindAllTempEndpointsImpl() override {}
-    void mapTopicsImpl(const std::string&, const std::vector<std::string>&, bool) override {}
-    FlowStatus getFlowStatusImpl(const std::string&, EndpointType) override { return {}; }
-    void clearSubscriptionMemoryImpl() override {}
-    void endpointProvisioningImpl(const EpConfigProperties&) override {}
-    std::string getClientNameImpl() override { return ""; }
-    void setClientNameImpl(std::string) override {}
-    void updateAuthOnReconnectImpl(std::string, std::string) override {}
-    void sigalrmActionImpl() override {}
-    std::string toStringImpl() override { return ""; }
-    std::map<std::string, std::string> getRtrCapabilitiesImpl() override { return {}; }
 };
 
 }  // namespace zorvane::pubsub
