@@ -6,7 +6,8 @@ namespace zorvane::pubsub {
 
 namespace {
 CommonUtils::PoolStatReader poolStatReader_s = nullptr;
-}
+CommonUtils::SdkStatNameReader sdkStatNameReader_s = nullptr;
+}  // namespace
 
 void CommonUtils::setPoolStatReader(PoolStatReader reader) {
     poolStatReader_s = reader;
@@ -14,6 +15,19 @@ void CommonUtils::setPoolStatReader(PoolStatReader reader) {
 
 bool CommonUtils::readPoolStat(PoolStat stat, int poolIndex, UINT64* value_p) {
     return poolStatReader_s != nullptr && poolStatReader_s(stat, poolIndex, value_p);
+}
+
+void CommonUtils::setSdkStatNameReader(SdkStatNameReader reader) {
+    sdkStatNameReader_s = reader;
+}
+
+std::string CommonUtils::readSdkStatName(int sdkStatId) {
+    if (sdkStatNameReader_s != nullptr) {
+        return sdkStatNameReader_s(sdkStatId);
+    }
+    return sdkStatId >= SDK_TX_STAT_OFFSET
+               ? "TX_STAT_" + std::to_string(sdkStatId - SDK_TX_STAT_OFFSET)
+               : "RX_STAT_" + std::to_string(sdkStatId);
 }
 
 void CommonUtils::tokenizeString(const std::string& str, std::vector<std::string>& tokens,

@@ -36,6 +36,23 @@ class CommonUtils {
     // Reads through the installed reader; false when none is installed.
     static bool readPoolStat(PoolStat stat, int poolIndex, UINT64* value_p);
 
+    // The messaging library's session statistics, by the ids that
+    // AbstractClient::getSdkStat takes: receive statistics from 0, transmit
+    // statistics from SDK_TX_STAT_OFFSET. client/zcore checks these numbers
+    // against the library's at compile time.
+    static constexpr int SDK_TX_STAT_OFFSET = 1000;
+    static constexpr int SDK_NUM_RX_STATS = 40;
+    static constexpr int SDK_NUM_TX_STATS = 28;
+    // The library's name of one statistic (static text, never null).
+    using SdkStatNameReader = const char* (*)(int sdkStatId);
+
+    // Installed once at start-up by client/zcore, before other threads run.
+    static void setSdkStatNameReader(SdkStatNameReader reader);
+    // The name through the installed reader. Without one (the library is
+    // not attached, as in unit tests) "RX_STAT_<id>" or "TX_STAT_<id>", so
+    // that a report still says which figure is which.
+    static std::string readSdkStatName(int sdkStatId);
+
     // Splits str at every occurrence of the whole delimiter. Empty fields
     // count: "a,,b" gives "a", "", "b"; an empty str gives one empty token.
     static void tokenizeString(const std::string& str, std::vector<std::string>& tokens,

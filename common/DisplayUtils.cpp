@@ -79,4 +79,18 @@ std::string DisplayUtils::displayPoolStats(const std::string& title) {
     return text.str();
 }
 
+std::string DisplayUtils::allApiStats(const std::function<INT64(int sdkStatId)>& sdkStatSum) {
+    std::ostringstream text;
+    auto block = [&](const char* heading, int firstId, int count) {
+        text << heading << "\n";
+        for (int id = firstId; id < firstId + count; ++id) {
+            text << "\t" << CommonUtils::readSdkStatName(id) << " : " << sdkStatSum(id) << "\n";
+        }
+    };
+    block("ZCORE RX STATS:", 0, CommonUtils::SDK_NUM_RX_STATS);
+    text << "\n";
+    block("ZCORE TX STATS:", CommonUtils::SDK_TX_STAT_OFFSET, CommonUtils::SDK_NUM_TX_STATS);
+    return text.str();
+}
+
 }  // namespace zorvane::pubsub

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "client/AbstractClient.h"
 #include "common/CliProperties.h"
 #include "common/CommonUtils.h"
 #include "common/Log.h"
@@ -37,6 +38,19 @@ bool readLibraryPoolStat(CommonUtils::PoolStat stat, int poolIndex, UINT64* valu
     }
     *value_p = static_cast<UINT64>(value);
     return true;
+}
+
+static_assert(AbstractClient::TX_STAT_OFFSET == CommonUtils::SDK_TX_STAT_OFFSET &&
+                  ZORCLIENT_STATS_RX_NUM_STATS == CommonUtils::SDK_NUM_RX_STATS &&
+                  ZORCLIENT_STATS_TX_NUM_STATS == CommonUtils::SDK_NUM_TX_STATS,
+              "the report names the library's statistics by these ids");
+
+const char* libraryStatName(int sdkStatId) {
+    if (sdkStatId >= CommonUtils::SDK_TX_STAT_OFFSET) {
+        return zorClient_txStatToString(
+            static_cast<zorClient_stats_tx>(sdkStatId - CommonUtils::SDK_TX_STAT_OFFSET));
+    }
+    return zorClient_rxStatToString(static_cast<zorClient_stats_rx>(sdkStatId));
 }
 
 // The global property array owns heap copies of its strings until the
@@ -80,6 +94,7 @@ void ClientInfo::attachLibrary() {
     log::attach(reinterpret_cast<const int*>(&_zorClient_log_appFilterLevel_g),
                 &_zorClient_log_output_detail);
     CommonUtils::setPoolStatReader(&readLibraryPoolStat);
+    CommonUtils::setSdkStatNameReader(&libraryStatName);
 }
 
 void ClientInfo::clientApiSpecificInit(CliProperties& cliProperties) {

@@ -7,7 +7,8 @@ class CliProperties;
 
 class ClientInfo {
   public:
-    // Routes the tool's log lines and pool statistics through the library.
+    // Routes the tool's log lines, pool statistics and the names of the
+    // library's session statistics through the library.
     // Call first in main, before any other thread exists.
     static void attachLibrary();
 

@@ -1,0 +1,190 @@
+#include "vexload/Report.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "common/CliProperties.h"
+
+namespace zorvane::pubsub {
+namespace {
+
+// The collection's figures, set by each test.
+class FakeSource : public ReportSource {
+  public:
+    double txThroughput() const override { return txRate; }
+    INT64 sdkStat(int id) const override { return sdk ? sdk(id) : 0; }
+    PerfStats rxStats(int index, bool firstLast) const override {
+        if (firstLast) {
+            return firstLastStats;
+        }
+        return index == ALL_CLIENTS_INDEX ? aggregate : clients.at(index);
+    }
+    std::map<INT32, UINT64> lastAckedMsgIdByPubStreamId() const override { return lastAcked; }
+    std::vector<std::map<INT32, UINT64>> subOrderOffsets() const override { return subOffsets; }
+    double cpuUsage() const override { return cpu; }
+    INT64 numAlarms() const override { return alarms; }
+
+    double txRate = 0.0;
+    std::function<INT64(int)> sdk;
+    PerfStats aggregate, firstLastStats;
+    std::vector<PerfStats> clients;
+    std::map<INT32, UINT64> lastAcked;
+    std::vector<std::map<INT32, UINT64>> subOffsets;
+    double cpu = 0.0;
+    INT64 alarms = 0;
+};
+
+struct ReportTest : ::testing::Test {
+    std::string report() {
+        std::ostringstream out;
+        displayClientStats(cli, source, out);
+        return out.str();
+    }
+    bool shows(const std::string& text) { return report().find(text) != std::string::npos; }
+
+    CliProperties cli{CliProperties::VEX_LOAD, "1.0.0"};
+    FakeSource source;
+};
+
+TEST_F(ReportTest, ARunThatReceivedNothingPrintsOnlyTheAlwaysSections) {
+    const std::string rule(53, '-');
+    EXPECT_EQ(report(), "\n" + rule +
+                            "\nAggregate Msgs Sent Stats (Total # clients: 1)\n"
+                            "Total Messages transmitted                 = 0\n"
+                            "Computed publish rate (msg/sec)            = 0.00\n\n" +
+                            rule +
+                            "\nAggregate Msgs Recv Stats (Total # clients: 1)\n"
+                            "Total Messages received across all clients = 0\n"
+                            "Computed receive rate (msg/sec aggregate)  = 0.00\n"
+                            "Messages received with discard indication  = 0\n"
+                            "\nCPU usage = 0.000%\n\n\n");
+}
+
+TEST_F(ReportTest, LatencyWithoutSamplesSaysSoAndNothingElse) {
+    cli.setBooleanProperty(CliProperties::WANT_LATENCY_MEASUREMENT, true);
+    cli.setIntegerProperty(CliProperties::LATENCY_FIRST_TO_LAST_FANOUT, 1);
+    const std::string text = report();
+    EXPECT_NE(text.find("= 0.00\nMessages received with discard indication  = 0\n"
+                        "No latency samples collected\n"
+                        "No first to last latency samples collected\n\nCPU usage"),
+              std::string::npos)
+        << text;
+
+    source.aggregate = PerfStats("aggregate", 1000000, 16, 1, 0.0);
+    source.aggregate.incLatency(10, 5);
+    cli.setBooleanProperty(CliProperties::WANT_VERBOSE, true);
+    EXPECT_TRUE(shows("\nLatency Info: \n"));
+    EXPECT_TRUE(shows(" us\nDebug information for latency: \n BI:        2 LAT:"));
+}
+
+TEST_F(ReportTest, ThroughputWrittenAfterThePublishRateKeepsItsNotation) {
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 2);
+    cli.setBooleanProperty(CliProperties::WANT_PER_SUB_THRU_STATS, true);
+    cli.setBooleanProperty(CliProperties::WANT_PER_PRI_THRU_STATS, true);
+    source.txRate = 1234.5678;
+    source.cpu = 0.123456;
+    source.clients = {PerfStats("c1", 1000000, 4, 1, 0.0), PerfStats("c2", 1000000, 4, 1, 0.0)};
+    source.clients[0].incStatWithTime(PerfStats::NUM_MSGS_RECV, 1, 1000000);
+    source.clients[0].incStatWithTime(PerfStats::NUM_MSGS_RECV, 4, 3000000);
+    source.aggregate = source.clients[0];
+    source.aggregate.incPriorityStat(3, 4);
+
+    std::ostringstream out;
+    displayClientStats(cli, source, out);
+    EXPECT_NE(out.str().find("= 1234.57\n"), std::string::npos);
+    EXPECT_NE(out.str().find("\nClient,Msgs,Throughput:\nc1,5,2.50\nc2,0,0.00\n\nCoS Stats "
+                             "(Message Class, Messages Received, Message Rage (msg/sec)\n"
+                             "Priority 3,4,2.00\n\nCPU usage = 12.346%\n"),
+              std::string::npos)
+        << out.str();
+    out.str("");  // the stream stays as the report left it
+    out << 0.5;
+    EXPECT_EQ(out.str(), "0.500");
+}
+
+TEST_F(ReportTest, OrderBlockListsFaultyClientsAndTheResumeArguments) {
+    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 2);
+    cli.setBooleanProperty(CliProperties::WANT_ORDER_CHECK_TOPIC_SEQUENCE_NUMBER, true);
+    source.clients = {PerfStats("clean", 1000000, 4, 1, 0.0),
+                      PerfStats("lossy", 1000000, 4, 1, 0.0)};
+    for (UINT64 id : {1, 2}) {
+        source.clients[0].checkOrderTopicSequenceNumber(id, false, false);
+    }
+    source.clients[1].checkOrderTopicSequenceNumber(1, false, false);
+    source.clients[1].checkOrderTopicSequenceNumber(4, false, false);
+    source.aggregate = source.clients[1];
+    source.lastAcked = {{2, 11}, {1, 10}};
+    source.subOffsets = {{{1, 5}}, {{1, 6}, {2, 7}}};
+
+    const std::string details =
+        "Spool Id Changes : 0\n\nOut-of-Order Msgs by Client:\n"
+        "Message Order Details Client: lossy\n  Stream: TOPIC_SEQUENCE \n    lost: (2-3)\n";
+    std::string text = report();
+    EXPECT_NE(text.find("= 0\n\nMessage Order Check Summary:\nTotal Msgs Order Checked"),
+              std::string::npos);
+    EXPECT_NE(text.find(details + "\nCPU usage"), std::string::npos) << text;
+
+    cli.setMsgType(PUBSUB_MSG_TYPE_PERSISTENT);
+    cli.setBooleanProperty(CliProperties::SUB_ORDER_OFFSETS_PRINT_RESUMING_ARG_AT_EXIT, true);
+    cli.setBooleanProperty(CliProperties::WANT_ORDER_MEMORY, true);
+    text = report();
+    EXPECT_NE(
+        text.find(details +
+                  "\nTo resume publishing at this point on all publisher streams, use the "
+                  "argument\n    -poo='1@10,2@11'\n\n\nTo resume the subscriber message order "
+                  "tracking next time, use the following argument.\n    -soo='1@5 ; 1@6,2@7'"
+                  "\n\nMessage Order Memory:\n\n"),
+        std::string::npos)
+        << text;
+}
+
+TEST_F(ReportTest, ConditionalSectionsAppearOnlyWhenTheirConditionHolds) {
+    source.sdk = [](int id) -> INT64 { return id == 3 ? 2 : id + 100; };
+    using Enable = std::function<void(ReportTest&)>;
+    auto flag = [](const char* key) -> Enable {
+        return [key](ReportTest& t) { t.cli.setBooleanProperty(key, true); };
+    };
+    auto text = [](const char* key) -> Enable {
+        return [key](ReportTest& t) { t.cli.setStringProperty(key, "x"); };
+    };
+    const std::vector<std::pair<Enable, std::string>> cases = {
+        {flag(CliProperties::WANT_DI_STATS), "  Reported by SDK: 2\n  Reported by Tool: 0\n"},
+        {text(CliProperties::AD_ACK_EVENT_MODE), "ACK stats:\n  Total ACK Events     = 0\n"},
+        {text(CliProperties::REQUIRED_SETTLEMENTS),
+         "AD Sub ACK/NACK stats:\n  Messages Received Accepted  = 137\n"
+         "  Messages Received Rejected  = 139\n  Messages Received Failed    = 138\n"},
+        {flag(CliProperties::WANT_PAYLOAD_CHECK), "\n\nMessage Integrity Checking:\n"},
+        {text(CliProperties::CACHE_PROP_NAME), ""},  // no request sent: no section
+        {[](ReportTest& t) { t.source.aggregate.incStat(PerfStats::NUM_CACHE_REQ_SENT); },
+         "\n\nCache Stats:\nNum Requests Sent           = 1\n"},
+        {[](ReportTest& t) { t.source.aggregate.incDemuxStats("sub"); },
+         "\n\nMsgs Received Per Demux ID:\nID:        sub - Msgs: 1\n"},
+        {[](ReportTest& t) { t.cli.setIntegerProperty(CliProperties::SIGALRM_INTERVAL_IN_US, 1); },
+         "SIGALRM events handled: 4\n\nCPU usage"},
+        {flag(CliProperties::WANT_API_STATS), "%\n\n\nZCORE RX STATS:\n\tRX_STAT_0 : 100\n"},
+    };
+    source.alarms = 4;
+    for (const auto& [enable, expected] : cases) {
+        const std::string before = report();
+        enable(*this);
+        const std::string after = report();
+        EXPECT_EQ(before.find(expected) == std::string::npos, !expected.empty()) << expected;
+        EXPECT_EQ(after == before, expected.empty()) << after;
+        EXPECT_NE(after.find(expected), std::string::npos) << expected << "\nin\n" << after;
+    }
+    // Equal discard counts print no discrepancy; the ACKED line needs
+    // publisher stream order checking.
+    source.aggregate.incStat(PerfStats::NUM_MSGS_DISCARD_INDICATION, 2);
+    EXPECT_FALSE(shows("discrepancy"));
+    EXPECT_FALSE(shows("Total ACKED Messages"));
+    cli.setBooleanProperty(CliProperties::WANT_ORDER_CHECK_PUBLISHER_STREAM_NUMBER, true);
+    source.clients.emplace_back();  // the order block reads each client
+    EXPECT_TRUE(shows("  Total NACK Events    = 0\n  Total ACKED Messages = 0\n"));
+}
+
+}  // namespace
+}  // namespace zorvane::pubsub
