@@ -4,12 +4,12 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 #include "common/CommonUtils.h"
 #include "common/Log.h"
 #include "common/OS.h"
-#include "common/PubSubException.h"
 
 namespace zorvane::pubsub {
 
@@ -66,8 +66,11 @@ AbstractClient::AbstractClient(const ClientProperties& props, INT32 clientId, UI
         }
 
         if (rxStatsProps_m.getFirstLastLatencyFanout() > 0) {
-            throw PubSubException("CLIENT " + clientIdStr_m + ": " +
-                                  "First-to-last fan-out latency is not supported by this build");
+            firstLastData_mp = std::make_unique<FirstLastData>();
+            firstLastData_mp->configure(
+                clientIdStr_m, secDivisor, rxStatsProps_m.getNumLatencyBuckets(),
+                rxStatsProps_m.getLatencyGranularityFactor(),
+                rxStatsProps_m.getLatencyWarmupInSec(), rxStatsProps_m.getFirstLastLatencyFanout());
         }
 
         wantMsgReflect_m = props_m.getClientMode() != "sink";
@@ -76,8 +79,8 @@ AbstractClient::AbstractClient(const ClientProperties& props, INT32 clientId, UI
         pubWantToolData_m = publishWantToolData();
 
         if (rxStatsProps_m.getWantPerMessageDetails()) {
-            throw PubSubException("CLIENT " + clientIdStr_m + ": " +
-                                  "Per-message details are not supported by this build");
+            lastMessageDetails_m = std::make_unique<LastMessageDetails>();
+            lastMessagesDetailsSize_m = rxStatsProps_m.getPerMessageDetailsQueueDepth();
         }
     } catch (...) {
         // The destructor does not run for an object that never finished
@@ -92,8 +95,6 @@ AbstractClient::AbstractClient(const ClientProperties& props, INT32 clientId, UI
 }
 
 AbstractClient::~AbstractClient() {
-    // firstLastData_mp and lastMessageDetails_m are never created yet (the
-    // constructor refuses the settings that need them).
     clearLastError();
     OS::mutexDestroy(&lastExceptionMutex_m);
     OS::mutexDestroy(&lastMessageDetailsMutex_m);

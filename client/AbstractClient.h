@@ -18,10 +18,11 @@
 //    through setChannelState(). Code that works on a client tests it for
 //    CLIENT_STATE_CONNECTED first.
 //
-// Ownership: the client owns its records, statistics and last error. The
-// timer thread and the reusable message view (currentMsg_mp, created and
-// freed by the binding) are not owned. getLastError() returns a copy that
-// the caller owns.
+// Ownership: the client owns its records, statistics, first-to-last data,
+// last-message records and last error. The timer thread and the reusable
+// message view (currentMsg_mp, created and freed by the binding) are not
+// owned. getLastError() and getLastMessageDetails() return copies that the
+// caller owns.
 //
 // Threads: the library's context thread runs the receive path and the
 // session events, and with them stats_m, msgsRecv_m, currentMsg_mp,
@@ -35,13 +36,16 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "common/ClientProperties.h"
+#include "common/FirstLastData.h"
 #include "common/FlowStatus.h"
+#include "common/LastMessageDetails.h"
 #include "common/PerfStats.h"
 #include "common/PubSubErrorResponseException.h"
 #include "common/PublishProperties.h"
@@ -59,8 +63,6 @@ namespace zorvane::pubsub {
 
 class AbstractMessage;
 class EpConfigProperties;
-class FirstLastData;
-class LastMessageDetails;
 class MsgProperties;
 class QueueBrowserProperties;
 class TimerThread;
@@ -93,9 +95,7 @@ class AbstractClient {
     // (clientId below 1, or fewer entries than clientId) end the process
     // with status -1 and a message on standard error: a resumed order check
     // against the wrong offsets would report nonsense for the whole run.
-    // Throws PubSubException for statistics settings that PerfStats refuses,
-    // and for a first-to-last fan-out or per-message details, whose records
-    // this build does not have yet.
+    // Throws PubSubException for statistics settings that PerfStats refuses.
     AbstractClient(const ClientProperties& props, INT32 clientId, UINT64 secDivisor,
                    const StatsCustomizationProperties& statsCust, TimerThread* timerThread_p);
     virtual ~AbstractClient();
@@ -259,8 +259,20 @@ class AbstractClient {
     // Analyses one received message into perfStats_p (stats_m, or the
     // statistics of the transacted session that received it). Called by
     // the binding on the context thread after binding currentMsg_mp and
-    // clearing reflectTaskStarted_m. Defined together with the receive
-    // analysis.
+    // clearing reflectTaskStarted_m; one message at a time per client.
+    //
+    // The fast path (receive count, clock, tool data, latency, first-to-last
+    // sample, throughput count) allocates nothing and takes no lock. The
+    // slow path runs only when the constructor found a feature that needs
+    // it (see computeWantSlowPathMsgProcess); it may block in the
+    // slow-subscriber delay and takes lastMessageDetailsMutex_m with
+    // per-message details.
+    //
+    // Damaged tool data and failed checks are logged and counted, never
+    // thrown. The one exception that leaves is the PubSubException of the
+    // first-to-last measurement when an id completes out of turn: the
+    // binding must catch it before it returns into the library, and stop
+    // the run with its text.
     void processMessage(AbstractMessage* msg_p, PerfStats* perfStats_p);
 
     // ---- last error (any thread) ----
@@ -272,6 +284,16 @@ class AbstractClient {
                          const std::string& responsePhrase, INT32 returnCode);
     // A copy of the stored error, or null when there is none.
     std::unique_ptr<PubSubErrorResponseException> getLastError() const;
+
+    // ---- last-message records (any thread) ----
+
+    // A copy of the record of the last received message, or null without
+    // per-message details.
+    std::unique_ptr<LastMessageDetails> getLastMessageDetails() const;
+    // Copies of the last num records, oldest first: at most as many as the
+    // history holds. With no history, or num of 1 or less, the one current
+    // record. Empty without per-message details (there is no record).
+    std::vector<LastMessageDetails> getLastMessagesDetails(int num) const;
 
     // ---- naming and the rest ----
 
@@ -291,6 +313,23 @@ class AbstractClient {
     TimerThread* getTimerThread() const { return timerThread_mp; }
 
   protected:
+    // What a binding read of a typed message (built by a peer through the
+    // typed send path), for the object type check.
+    struct MsgObjectTypeReading {
+        enum Outcome {
+            // The kind could not be read: nothing is counted.
+            TYPE_UNREADABLE,
+            // The kind was read, its contents could not be (the binding
+            // logged the failing call): counts as a failure.
+            CONTENT_UNREADABLE,
+            // type_m and content_m hold what was read.
+            READ,
+        };
+        Outcome outcome_m = TYPE_UNREADABLE;
+        std::string type_m;     // "b", "t", "s", "m", or another text
+        std::string content_m;  // the bytes or string of the kind's contents
+    };
+
     // The slow-subscriber delay of one message: slowSubDelayInMillis_m, cut
     // into pieces of 100 ms above 500 ms, ended early when the client is
     // disconnected or the delay switched off. Counts down a positive
@@ -347,14 +386,38 @@ class AbstractClient {
     virtual void sigalrmActionImpl() = 0;
     virtual std::string toStringImpl() = 0;
     virtual std::map<std::string, std::string> getRtrCapabilitiesImpl() = 0;
-    // Fills the last-message record from msg_p under
-    // lastMessageDetailsMutex_m (receive path, with per-message details).
+    // Fills the last-message record from msg_p (receive path, with
+    // per-message details): under lastMessageDetailsMutex_m, clear()
+    // *lastMessageDetails_m, fill it from the library message, then call
+    // appendLastMessageDetailsToHistory() before unlocking.
     virtual void setLastMessageDetails(AbstractMessage* msg_p) = 0;
     virtual const PerfStats& getRxStatsImpl(bool wantFirstLastStats) = 0;
+    // The structured message check of one received message against the
+    // client's structured message descriptions (msg_p->getCheckStructuredMsg
+    // with the parsed list, which the binding holds). Context thread.
+    virtual bool checkStructuredMsgImpl(AbstractMessage* msg_p) = 0;
+    // Reads the message's application type and, for the kinds "b", "t", "s"
+    // and "m", the contents the check compares: the attachment bytes, the
+    // attachment string, the first string of the attachment stream, the
+    // string field "MAP" of the attachment map. A failed read of the kind is
+    // logged at debug level, a failed read of the contents at error level
+    // with the name of the failing call. reading is reused from message to
+    // message. Context thread.
+    virtual void readMsgObjectTypeImpl(AbstractMessage* msg_p, MsgObjectTypeReading& reading) = 0;
 
     // Whether a received message needs more than the fast path: true when
     // any measured or acted-on feature asks for it (see the .cpp).
     bool computeWantSlowPathMsgProcess() const;
+
+    // The parts of processMessage, in the order it runs them.
+    void processMessageLatency(AbstractMessage* msg_p, UINT64 currTime, PerfStats* perfStats_p);
+    void processMessageSlowPath(AbstractMessage* msg_p, PerfStats* perfStats_p);
+    void processMessageObjectType(AbstractMessage* msg_p, PerfStats* perfStats_p);
+
+    // Keeps a copy of the current record at the end of the history, the
+    // oldest copy dropped when the history is full. The caller holds
+    // lastMessageDetailsMutex_m (see setLastMessageDetails).
+    void appendLastMessageDetailsToHistory();
 
     ClientProperties props_m;
     // Every how many received messages the receive end time is refreshed;
@@ -367,7 +430,7 @@ class AbstractClient {
     std::atomic<bool> slowSubDelayEnabled_m;  // master switch, any thread
     PerfStats stats_m;                        // receive statistics outside transacted sessions
     // Owned; exists only with a first-to-last fan-out above 0.
-    FirstLastData* firstLastData_mp = nullptr;
+    std::unique_ptr<FirstLastData> firstLastData_mp;
     std::string clientIdStr_m;
     INT32 clientIdInt_m;
     ToolData toolData_m;  // work instance
@@ -398,14 +461,28 @@ class AbstractClient {
     bool reflectTaskStarted_m = false;         // a background task took the message over
     TimerThread* timerThread_mp;               // shared, not owned
     // The last received message and a history of the last
-    // lastMessagesDetailsSize_m ones, under lastMessageDetailsMutex_m. Owned;
-    // null unless per-message details are wanted. The history itself comes
-    // with the record class.
-    LastMessageDetails* lastMessageDetails_m = nullptr;
+    // lastMessagesDetailsSize_m ones (oldest first), under
+    // lastMessageDetailsMutex_m. The record is owned and exists only with
+    // per-message details.
+    std::unique_ptr<LastMessageDetails> lastMessageDetails_m;
     UINT32 lastMessagesDetailsSize_m = 0;  // 0: no history
+    std::deque<LastMessageDetails> lastMessagesDetails_m;
     mutable mutex_t lastMessageDetailsMutex_m;
     std::unique_ptr<PubSubErrorResponseException> lastException_m;  // under the mutex below
     mutable mutex_t lastExceptionMutex_m;
+
+  private:
+    // Decodes the message's tool data in the form of this run; a damaged
+    // record is reported (log and standard output) and left empty.
+    void decodeReceivedToolData(AbstractMessage* msg_p);
+    void reportTimeToFirstMsg();
+    // CRC and user data check of the slow path.
+    void checkPayload(AbstractMessage* msg_p, const ToolData& toolData, PerfStats* perfStats_p);
+    void dumpMessage(AbstractMessage* msg_p, const ToolData& toolData);
+
+    // Reused by processMessageObjectType, so that the check does not build
+    // new strings for every message.
+    MsgObjectTypeReading objectTypeReading_m;
 };
 
 }  // namespace zorvane::pubsub

@@ -2,25 +2,9 @@
 // written by the binding on whatever thread the error came and read by the
 // traffic threads and the collection.
 #include "client/AbstractClient.h"
-#include "common/OS.h"
+#include "common/MutexScope.h"
 
 namespace zorvane::pubsub {
-
-namespace {
-
-// Holds a mutex_t for one scope; lock failures are logged by OS.
-class MutexScope {
-  public:
-    explicit MutexScope(mutex_t* mutex_p) : mutex_mp(mutex_p) { OS::mutexLock(mutex_mp); }
-    ~MutexScope() { OS::mutexUnlock(mutex_mp); }
-    MutexScope(const MutexScope&) = delete;
-    MutexScope& operator=(const MutexScope&) = delete;
-
-  private:
-    mutex_t* mutex_mp;
-};
-
-}  // namespace
 
 void AbstractClient::clearLastError() {
     std::unique_ptr<PubSubErrorResponseException> old;

@@ -9,12 +9,15 @@
 #include <new>
 #include <vector>
 
+#include "common/CRC.h"
+#include "common/CliProperties.h"
 #include "common/DiskUtils.h"
 #include "common/OS.h"
 #include "common/PerfStats.h"
 #include "common/PublishMessageCycle.h"
 #include "common/PublishProperties.h"
 #include "common/ToolData.h"
+#include "tests/unit/TestClient.h"
 
 namespace {
 std::atomic<long> allocations_s{0};
@@ -100,6 +103,52 @@ TEST(HotPathAllocation, WarmMessageCycleWithJitterAndUniqueContentsAllocatesNoth
         cycle.nextMessage(id, 1, id);
     }
     EXPECT_EQ(allocations_s.load() - before, 0);
+}
+
+// The receive path of a client: the fast path (latency and first-to-last
+// samples) and the slow path with order and CRC checks of in-order
+// messages. The message double itself allocates nothing for them.
+TEST(HotPathAllocation, ProcessMessageAllocatesNothingOnEitherPath) {
+    const ClientProperties props(CliProperties(CliProperties::VEX_LOAD, "1.0.0"));
+    StatsCustomizationProperties fast;
+    fast.setNumLatencyBuckets(1024);
+    fast.setLatencyGranularityFactor(11);
+    fast.setWantLatency(true);
+    fast.setFirstLastLatencyFanout(1);
+    StatsCustomizationProperties slow = fast;
+    slow.setFirstLastLatencyFanout(0);
+    slow.setWantOrderCheckPublisherStreamNumber(true);
+    slow.setWantOrderCheckTopicSequenceNumber(true);
+    slow.setWantPayloadCheck(true);
+
+    for (const StatsCustomizationProperties& rx : {fast, slow}) {
+        TestClient client(props, 1, 1000000, rx, nullptr);
+        TestMessage msg;
+        msg.payload_m = "<body/>";
+        const std::string userBytes(64, 'u');
+        ToolData td;
+        td.setStreamId(1);
+        td.setLatency(1);
+        td.setCrcXmlPayload(CRC::crc32(msg.payload_m));
+        td.setCrcBinAttach(CRC::crc32(userBytes));
+        auto receive = [&](UINT64 id) {
+            td.setMsgId(id);
+            msg.setAttachmentRecord(td, userBytes);
+            msg.topicSequence_m = static_cast<INT64>(id);
+            client.processMessage(&msg, client.receiveStats());
+        };
+        receive(1);  // the streams' first messages create their order state
+
+        const long before = allocations_s.load();
+        for (UINT64 id = 2; id < 1000; ++id) {
+            receive(id);
+        }
+        EXPECT_EQ(allocations_s.load() - before, 0) << "slow path: " << client.wantSlowPath();
+        const PerfStats& stats = client.getRxStats(false);
+        EXPECT_EQ(stats.getStatElement(PerfStats::NUM_LATENCY_MSGS), 999U);
+        EXPECT_EQ(stats.getStatElement(PerfStats::NUM_MSGS_CRC_OK),
+                  client.wantSlowPath() ? 999U : 0U);
+    }
 }
 
 }  // namespace
