@@ -1,5 +1,6 @@
 // The user-property form of the tool data, and the descriptive trace
 // fields that go with it for a decoder to compare.
+#include <cstdio>
 #include <string>
 
 #include "client/zcore/Client.h"
@@ -74,7 +75,12 @@ void Client::addTraceInfo(zorClient_opaqueContainer_pt container, MsgProperties*
         must(zorClient_container_addString(container, props_m.getClientVpn().c_str(),
                                            "messageVpnName"));
     }
-    must(zorClient_container_addString(container, getClientNameImpl().c_str(), "clientName"));
+    // Read into the stack, as everything else here: this runs for every
+    // message.
+    char clientName[ZORCLIENT_CLIENT_NAME_MAX_SIZE] = {0};
+    must(zorClient_session_getProperty(session_mp, "SESSION_CLIENT_NAME", clientName,
+                                       sizeof clientName));
+    must(zorClient_container_addString(container, clientName, "clientName"));
     if (!props_m.getClientUsername().empty()) {
         must(zorClient_container_addString(container, props_m.getClientUsername().c_str(),
                                            "clientUsername"));
@@ -97,8 +103,10 @@ void Client::addTraceInfo(zorClient_opaqueContainer_pt container, MsgProperties*
     }
     const UINT64 msgId = msg_p->getToolData()->getMsgId();
     if (msgId != 0 && msgType != PUBSUB_MSG_TYPE_DIRECT) {
-        must(zorClient_container_addString(container, std::to_string(msgId).c_str(),
-                                           "correlationId"));
+        char correlationId[24];
+        std::snprintf(correlationId, sizeof correlationId, "%llu",
+                      static_cast<unsigned long long>(msgId));
+        must(zorClient_container_addString(container, correlationId, "correlationId"));
     }
 }
 
