@@ -218,18 +218,6 @@ void Client::publishSendMultipleImpl(std::vector<MsgProperties>& msgsVect, bool 
         }
         if (direct) {
             buildMsg(msg, &props);
-            // One entry of the list may serve several messages of the batch,
-            // each with a record of its own: the attachment must be copied
-            // now rather than read from the entry when the batch goes out.
-            if (wantToolData && !props_m.getWantUserPropToolData() &&
-                !props.getAttachment().empty()) {
-                const zorClient_returnCode_t rc = zorClient_msg_setBinaryAttachment(
-                    msg, props.getAttachment().data(),
-                    static_cast<zorClient_uint32_t>(props.getAttachment().size()));
-                if (rc != ZORCLIENT_OK) {
-                    logSetterFailure("zorClient_msg_setBinaryAttachment", rc);
-                }
-            }
         } else {
             buildPersistentMsg(msg, &props);
         }
