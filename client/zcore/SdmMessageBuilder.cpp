@@ -118,6 +118,15 @@ bool sameBytes(const SdmField& expected, const zorClient_field_t& received) {
             std::memcmp(expected.text().data(), received.value.bytes, expected.length_m) == 0);
 }
 
+// A walk hands out a reading handle for every nested container; give it back
+// so that checking many messages holds no containers.
+void closeReadHandle(zorClient_field_t& field) {
+    if (field.type == ZORCLIENT_MAP || field.type == ZORCLIENT_STREAM) {
+        zorClient_opaqueContainer_pt sub = field.value.map;
+        zorClient_container_closeMapStream(&sub);
+    }
+}
+
 }  // namespace
 
 int SdmMessageBuilder::addField(zorClient_opaqueContainer_pt container, const SdmField& field,
@@ -546,7 +555,9 @@ int SdmMessageBuilder::checkMsg(const SdmProperties& sdm, zorClient_opaqueMsg_pt
                 result = -1;
                 break;
             }
-            if (checkField(expected, field) != 0) {
+            const int same = checkField(expected, field);
+            closeReadHandle(field);
+            if (same != 0) {
                 result = -1;
                 break;
             }
@@ -573,7 +584,9 @@ int SdmMessageBuilder::checkMsg(const SdmProperties& sdm, zorClient_opaqueMsg_pt
                 result = -1;
                 break;
             }
-            if (checkField(found->second, field) != 0) {
+            const int same = checkField(found->second, field);
+            closeReadHandle(field);
+            if (same != 0) {
                 result = -1;
                 break;
             }
