@@ -212,8 +212,11 @@ void Builder::buildNestedMaps() {
     zorClient_opaqueContainer_pt nested = nullptr;
     if (zorClient_container_openSubMap(map, &first, "field_1") != ZORCLIENT_OK) {
         fail("Msg %d: cannot add first subMap");
+    } else {
+        // The library opens no sibling while a sub-map is open for adding, so
+        // the first one is finished whatever the caller asked.
+        zorClient_container_closeMapStream(&first);
     }
-    close(first);
     if (zorClient_container_openSubMap(map, &second, "field_2") != ZORCLIENT_OK) {
         fail("Msg %d: cannot add second subMap");
     } else {

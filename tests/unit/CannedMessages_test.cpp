@@ -47,6 +47,17 @@ TEST_F(CannedMessagesTest, EveryBuildableNumberPassesItsOwnCheckAndOnADuplicate)
     EXPECT_TRUE(log.all().empty()) << log.all().front();
 }
 
+TEST_F(CannedMessagesTest, ContainersLeftOpenAreReleasedWithTheMessage) {
+    LogCapture log(log::LEVEL_ERROR);
+    for (int n : buildableNumbers()) {
+        ScopedMsg original;
+        ScopedMsg modified;
+        EXPECT_EQ(0, createStructuredMsgWithCloseOption(n, original, 0)) << n;
+        EXPECT_EQ(0, modifyStructuredMsgWithCloseOption(n, modified, 0)) << n;
+    }
+    EXPECT_TRUE(log.all().empty()) << log.all().front();
+}
+
 TEST_F(CannedMessagesTest, ReservedAndUnknownNumbersFailToBuild) {
     LogCapture log(log::LEVEL_ERROR);
     for (int n : {0, 5, 10, 17, 23, 25, 300}) {
