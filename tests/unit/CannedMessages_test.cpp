@@ -3,7 +3,9 @@
 // a round trip through the embedded broker keeps every message intact.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include "client/zcore/CannedMessages.h"
@@ -163,6 +165,85 @@ TEST_F(CannedMessagesTest, BadRowsAreLoggedAndSkippedWithoutUsingAName) {
     EXPECT_TRUE(log.contains("element type 6 has bad value 12x"));
     EXPECT_TRUE(log.contains("Invalid destination string 7 nowhere"));
     EXPECT_TRUE(log.contains("byte array string has odd length value abc"));
+}
+
+TEST_F(CannedMessagesTest, HeaderAndContentFindingsOfEachGroupAreNamed) {
+    LogCapture log(log::LEVEL_ERROR);
+    const zorClient_int64_t nowMs = getTimeInUs() / 1000;
+    {
+        // An empty-header message: headers that must be there, and a time
+        // stamp that must be recent.
+        ScopedMsg msg;
+        const zorClient_uint8_t nine = 9;
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setUserData(msg, &nine, 1));
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setSenderTimestamp(msg, nowMs + 60000));
+        EXPECT_EQ(-1, checkStructuredMsg(msg, 0));
+        EXPECT_TRUE(log.contains("Msg 9: Did not find MsgType header in message"));
+        EXPECT_TRUE(log.contains("Msg 9: Did not find CorrelationId header in message"));
+        EXPECT_TRUE(log.contains("Msg 9: Did not find SenderId header in message"));
+        EXPECT_TRUE(log.contains("Msg 9: Did not find Property Map header in message"));
+        EXPECT_EQ(1u, log.count("Msg 9: Send Timestamp ("));
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setSenderTimestamp(msg, nowMs - 259300000));
+        EXPECT_EQ(-1, checkStructuredMsg(msg, 0x31));
+        EXPECT_EQ(2u, log.count("Msg 9: Send Timestamp ("));
+        const auto lines = log.all();
+        EXPECT_EQ(1, std::count_if(lines.begin(), lines.end(), [](const std::string& line) {
+                      return line.find("in message more than 3 days before current time(") !=
+                             std::string::npos;
+                  }));
+    }
+    {
+        ScopedMsg msg;
+        ASSERT_EQ(0, createStructuredMsg(6, msg));
+        zorClient_opaqueContainer_pt props = nullptr;
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserPropertyMap(msg, &props));
+        zorClient_container_closeMapStream(&props);
+        zorClient_opaqueContainer_pt map = nullptr;
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createBinaryAttachmentMap(msg, &map, 0));
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addNull(map, "x"));
+        zorClient_container_closeMapStream(&map);
+        EXPECT_EQ(-1, checkStructuredMsg(msg, 0));
+        EXPECT_TRUE(log.contains("Msg 6: Found data in  container that should be empty"));
+    }
+    {
+        ScopedMsg msg;
+        ASSERT_EQ(0, createStructuredMsg(13, msg));
+        zorClient_destination_t queue{ZORCLIENT_QUEUE_DESTINATION, "mytopic"};
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setReplyTo(msg, &queue, sizeof(queue)));
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setXml(msg, "<a/>", 4));
+        EXPECT_EQ(-1, checkStructuredMsg(msg, 0));
+        EXPECT_TRUE(log.contains("Msg 13: Did not find topic Destination"));
+        EXPECT_TRUE(log.contains("Msg 13: Found Xml attachment in header test message"));
+    }
+    {
+        ScopedMsg msg;
+        ASSERT_EQ(0, createStructuredMsg(2, msg));
+        zorClient_opaqueContainer_pt props = nullptr;
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createUserPropertyMap(msg, &props, 0));
+        zorClient_container_closeMapStream(&props);
+        EXPECT_EQ(-1, checkStructuredMsg(msg, 0));
+        EXPECT_TRUE(log.contains("Msg 4: Found User Property Map header in null message"));
+    }
+}
+
+TEST_F(CannedMessagesTest, EveryRowOfAStreamIsComparedAndNamed) {
+    LogCapture log(log::LEVEL_ERROR);
+    ScopedMsg msg;
+    zorClient_opaqueContainer_pt stream = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createBinaryAttachmentStream(msg, &stream, 0));
+    EXPECT_EQ(0, fillContainer(stream, 0, sdkContainer2));
+    zorClient_container_closeMapStream(&stream);
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getBinaryAttachmentStream(msg, &stream));
+    int next = -1;
+    EXPECT_EQ(-1, checkContainer(stream, 0, &next));
+    zorClient_container_closeMapStream(&stream);
+    EXPECT_EQ(40, next);
+    EXPECT_TRUE(log.contains("Int64: expected 43112609, got 431126097777 for field 26"));
+    EXPECT_TRUE(
+        log.contains("String: expected level1/level2, got level1/level2/modified for field 38"));
+    EXPECT_TRUE(log.contains("Char: expected 82, got 87 for field 27"));
+    // Rows that agree (the two booleans and the null) log nothing.
+    EXPECT_EQ(0u, log.count("Boolean"));
 }
 
 // Receives every message of one topic on a session of its own.

@@ -25,8 +25,8 @@ SdmProperties describe(int id, const std::vector<std::string>& lines) {
 
 const std::vector<std::string> HEADERS = {
     "hdr: replyTo=reply/here", "hdr: replyToDestType=queue", "hdr: correlationId=corr",
-    "hdr: messageId=mid",      "hdr: messageType=mtype",         "hdr: timestamp=1234",
-    "hdr: topicSequence=99",   "hdr: sequenceNumber=0",          "hdr: senderId=me"};
+    "hdr: messageId=mid",      "hdr: messageType=mtype",     "hdr: timestamp=1234",
+    "hdr: topicSequence=99",   "hdr: sequenceNumber=0",      "hdr: senderId=me"};
 
 std::vector<std::string> with(std::vector<std::string> lines,
                               const std::vector<std::string>& more) {
@@ -155,6 +155,55 @@ TEST_F(SdmMessageBuilderTest, AStreamMustEndWhereTheDescriptionEnds) {
                                     "int32 value=1", "qwf value=21", "stream value=1"}),
                       msg));
     EXPECT_EQ(1u, log.count("QWF Equality failure  Exp: "));
+}
+
+TEST_F(SdmMessageBuilderTest, ContainersThatAreNotDescribedMustBeAbsent) {
+    LogCapture log(log::LEVEL_ERROR);
+    const SdmProperties sdm =
+        describe(90, {"msg: type=map", "msg: useBinaryAttachment=1", "int8 name=a value=1"});
+    ScopedMsg msg;
+    ASSERT_EQ(0, SdmMessageBuilder::buildMsg(sdm, msg));
+    zorClient_opaqueContainer_pt props = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createUserPropertyMap(msg, &props, 0));
+    zorClient_container_closeMapStream(&props);
+    EXPECT_EQ(-1, SdmMessageBuilder::checkMsg(sdm, msg));
+    EXPECT_TRUE(log.contains("Msg 90: Found unexpected User Property Map header"));
+}
+
+TEST_F(SdmMessageBuilderTest, FieldsCompareByTypeAndDestinationsByFamily) {
+    LogCapture log(log::LEVEL_ERROR);
+    SdmField expected;
+    expected.type_m = SDM_FIELD_TYPE_DESTINATION;
+    expected.value_m.destType = SDM_DEST_TYPE_TEMP_QUEUE;
+    expected.text_m = std::make_shared<const std::string>("q/1");
+    zorClient_field_t received{};
+    received.type = ZORCLIENT_DESTINATION;
+    received.value.dest = zorClient_destination_t{ZORCLIENT_QUEUE_DESTINATION, "q/1"};
+    EXPECT_EQ(0, SdmMessageBuilder::checkField(expected, received));
+    received.value.dest.destType = ZORCLIENT_QUEUE_TEMP_DESTINATION;
+    EXPECT_EQ(-1, SdmMessageBuilder::checkField(expected, received));
+    received.value.dest.destType = ZORCLIENT_TOPIC_DESTINATION;
+    EXPECT_EQ(-1, SdmMessageBuilder::checkField(expected, received));
+
+    SdmField number;
+    number.type_m = SDM_FIELD_TYPE_INT16;
+    number.value_m.int16 = -2;
+    received.type = ZORCLIENT_UINT16;
+    received.value.int16 = -2;
+    EXPECT_EQ(-1, SdmMessageBuilder::checkField(number, received));
+    received.type = ZORCLIENT_INT16;
+    EXPECT_EQ(0, SdmMessageBuilder::checkField(number, received));
+
+    SdmField unknown;
+    unknown.type_m = static_cast<SdmFieldType>(19);
+    received.type = static_cast<zorClient_fieldType_t>(19);
+    EXPECT_EQ(-1, SdmMessageBuilder::checkField(unknown, received));
+    ScopedMsg msg;
+    zorClient_opaqueContainer_pt map = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createBinaryAttachmentMap(msg, &map, 0));
+    EXPECT_EQ(-1, SdmMessageBuilder::addField(map, unknown, "x"));
+    zorClient_container_closeMapStream(&map);
+    EXPECT_EQ(2u, log.count("Field Type not supported:19"));
 }
 
 }  // namespace
