@@ -81,35 +81,36 @@ class EnvelopePool {
     DeliveryEnvelope* head_mp = nullptr;
 };
 
+static_assert(sizeof(DeliveryEnvelope) == 64, "an envelope is one cache line");
+
 const PayloadOps DeliveryEnvelope::OPS = {
     &DeliveryEnvelope::makeRxMessage, &DeliveryEnvelope::freeRxMessage, &DeliveryEnvelope::release};
 
-MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const DeliveryInfo& info,
-                                      Egress* egress_p, std::int64_t size) {
+MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
+                                      std::int64_t size) {
     DeliveryEnvelope* envelope_p = EnvelopePool::acquire();
     zorClient_uint32_t* ids_p = envelope_p->ids_m;
-    if (info.consumerIdCount > INLINE_CONSUMER_IDS) {
+    if (delivery.consumerIdCount > INLINE_CONSUMER_IDS) {
         try {
             envelope_p->idBlock_mp = DataBlockPools::acquire(
-                sizeof(zorClient_uint32_t) * info.consumerIdCount, BlockOwner::BROKER);
+                sizeof(zorClient_uint32_t) * delivery.consumerIdCount, BlockOwner::BROKER);
         } catch (...) {
             EnvelopePool::release(envelope_p);
             throw;
         }
         ids_p = reinterpret_cast<zorClient_uint32_t*>(envelope_p->idBlock_mp->bytes());
     }
-    if (info.consumerIdCount > 0) {
-        std::memcpy(ids_p, info.consumerIds_p, sizeof(zorClient_uint32_t) * info.consumerIdCount);
+    if (delivery.consumerIdCount > 0) {
+        std::memcpy(ids_p, delivery.consumerIds_p,
+                    sizeof(zorClient_uint32_t) * delivery.consumerIdCount);
     }
-    envelope_p->info_m = info;
-    envelope_p->info_m.consumerIds_p = ids_p;
-    // A destination given for this delivery would have to outlive the queue wait; deliveries
-    // that rename their destination (spooled copies) carry it in their own envelope kind.
-    envelope_p->info_m.destination_p = nullptr;
+    envelope_p->idCount_m = delivery.consumerIdCount;
+    envelope_p->topicSequenceNumber_m = delivery.topicSequenceNumber;
+    envelope_p->discardIndication_m = delivery.discardIndication;
     wire_p->retain();
     envelope_p->wire_mp = wire_p;
     envelope_p->egress_mp = egress_p;
-    envelope_p->size_m = size;
+    envelope_p->size_m = static_cast<std::uint32_t>(size);
     if (egress_p != nullptr) {
         egress_p->bytes.fetch_add(size, std::memory_order_relaxed);
     }
@@ -118,8 +119,16 @@ MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const DeliveryInfo& i
 
 zorClient_opaqueMsg_pt DeliveryEnvelope::makeRxMessage(void* object_p) noexcept {
     auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
+    DeliveryInfo info;
+    info.topicSequenceNumber = envelope_p->topicSequenceNumber_m;
+    info.discardIndication = envelope_p->discardIndication_m;
+    info.consumerIdCount = envelope_p->idCount_m;
+    info.consumerIds_p =
+        envelope_p->idBlock_mp != nullptr
+            ? reinterpret_cast<const zorClient_uint32_t*>(envelope_p->idBlock_mp->bytes())
+            : envelope_p->ids_m;
     zorClient_opaqueMsg_pt msg = nullptr;
-    if (envelope_p->wire_mp->materialize(envelope_p->info_m, &msg) != ZORCLIENT_OK) {
+    if (envelope_p->wire_mp->materialize(info, &msg) != ZORCLIENT_OK) {
         ZC_LOG(ZORCLIENT_LOG_ERROR, "a received message could not be made and is dropped: %s",
                LastError::get().errorStr);
         return nullptr;

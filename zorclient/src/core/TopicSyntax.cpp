@@ -29,7 +29,12 @@ zorClient_returnCode_t checkShape(std::string_view topic, const char* function_p
                                function_p, what_p, SHOWN, topic.data(), topic.size(),
                                TopicSyntax::MAX_SIZE);
     }
-    if (topic.front() == '/' || topic.back() == '/' || topic.find("//") != std::string_view::npos) {
+    // One pass: this runs for every message sent.
+    bool emptyLevel = topic.front() == '/' || topic.back() == '/';
+    for (std::size_t i = 1; i < topic.size() && !emptyLevel; ++i) {
+        emptyLevel = topic[i] == '/' && topic[i - 1] == '/';
+    }
+    if (emptyLevel) {
         return failSyntax(topic, function_p, what_p,
                           "has an empty level (a leading, trailing or doubled \"/\")");
     }

@@ -115,27 +115,25 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
     struct Source {
         const void* data_p;
         std::uint32_t size;
-        bool present;
     };
-    auto source = [&](int i) -> Source {
+    Source sources[NUM_PARTS];
+    // One block for all parts, texts with their NUL, so a receiver reads C strings in place.
+    std::size_t total = 0;
+    std::size_t content = 0;
+    for (int i = 0; i < NUM_PARTS; ++i) {
         const PartId id = static_cast<PartId>(i);
         const char* override_p = id == PartId::DESTINATION ? overrides.destination_p
                                  : id == PartId::REPLY_TO  ? overrides.replyTo_p
                                                            : nullptr;
         if (override_p != nullptr) {
-            return {override_p, static_cast<std::uint32_t>(std::strlen(override_p)), true};
+            sources[i] = {override_p, static_cast<std::uint32_t>(std::strlen(override_p))};
+        } else {
+            const Part& part = msg.part(id);
+            sources[i] = {part.present() ? part.data() : nullptr, part.size()};
         }
-        const Part& part = msg.part(id);
-        return {part.data(), part.size(), part.present()};
-    };
-    // One block for all parts, texts with their NUL, so a receiver reads C strings in place.
-    std::size_t total = 0;
-    std::size_t content = 0;
-    for (int i = 0; i < NUM_PARTS; ++i) {
-        const Source part = source(i);
-        if (part.present) {
-            total += part.size + (isTextPart(static_cast<PartId>(i)) ? 1 : 0);
-            content += part.size;
+        if (sources[i].data_p != nullptr) {
+            total += sources[i].size + (isTextPart(id) ? 1 : 0);
+            content += sources[i].size;
         }
     }
     DataBlock* block_p = total > 0 ? DataBlockPools::acquire(total, BlockOwner::BROKER) : nullptr;
@@ -148,8 +146,8 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
     }
     std::uint8_t* out_p = block_p != nullptr ? block_p->bytes() : nullptr;
     for (int i = 0; i < NUM_PARTS; ++i) {
-        const Source part = source(i);
-        if (!part.present) {
+        const Source& part = sources[i];
+        if (part.data_p == nullptr) {
             wire_p->parts_m[i] = View();
             continue;
         }

@@ -43,6 +43,10 @@ struct ClientConnection {
     // Messages for this connection were dropped since its last delivery: the next one is
     // marked.
     bool discardPending_m = false;
+    // The topic this connection published on last and the router's state of it: a publisher
+    // that stays on one topic finds it without hashing the text.
+    std::string lastTopic_m;
+    void* lastTopicState_mp = nullptr;
 
     DeliveryEnvelope::Egress egress_m;
 };

@@ -6,6 +6,7 @@
 namespace zorvane::zorclient {
 
 void DirectRouter::attach(ClientConnection& connection) {
+    connection.lastTopic_m.reserve(TopicSyntax::MAX_SIZE);
     connection.subscriptions_m.clear();
     connection.nextConsumerId_m = 1;
     connection.discardPending_m = false;
@@ -126,7 +127,7 @@ const DirectRouter::Target* DirectRouter::chooseOne(TopicState& state,
 
 bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const Target& target,
                            const TopicState& state, std::int64_t sequence) {
-    DeliveryInfo info;
+    DeliveryEnvelope::Direct info;
     info.topicSequenceNumber = sequence;
     info.consumerIds_p = state.ids.data() + target.firstId;
     info.consumerIdCount = target.idCount;
@@ -169,11 +170,18 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
 
 void DirectRouter::route(ClientConnection& sender, WireMessage& wire, PublishResult* result_p) {
     const std::string_view topic = wire.destination();
-    auto it = topics_m.find(topic);
-    if (it == topics_m.end()) {
-        it = topics_m.emplace(std::string(topic), TopicState()).first;
+    TopicState* state_p = static_cast<TopicState*>(sender.lastTopicState_mp);
+    if (state_p == nullptr || sender.lastTopic_m != topic) {
+        auto it = topics_m.find(topic);
+        if (it == topics_m.end()) {
+            it = topics_m.emplace(std::string(topic), TopicState()).first;
+        }
+        // States are never removed and the table's nodes do not move, so the pointer stays good.
+        state_p = &it->second;
+        sender.lastTopic_m.assign(topic);
+        sender.lastTopicState_mp = state_p;
     }
-    TopicState& state = it->second;
+    TopicState& state = *state_p;
     if (state.generation != generation_m) {
         refresh(state, topic);
     }
