@@ -29,7 +29,8 @@ zorClient_returnCode_t failNotAttached(const std::string& instance) {
 
 zorClient_returnCode_t BrokerInstance::attach(ClientConnection& connection,
                                               const std::string& clientName,
-                                              const std::string& inboxTopic) {
+                                              const std::string& inboxTopic,
+                                              const ConnectionSettings& settings) {
     std::lock_guard<std::mutex> lock(mutex_m);
     if (connection.attached_m) {
         return ZORCLIENT_OK;
@@ -40,6 +41,7 @@ zorClient_returnCode_t BrokerInstance::attach(ClientConnection& connection,
     auto entry = clients_m.emplace(clientName, &connection).first;
     try {
         connection.inboxTopic_m = inboxTopic;
+        connection.settings_m = settings;
         router_m.attach(connection);
     } catch (...) {
         clients_m.erase(entry);

@@ -28,11 +28,11 @@ class BrokerInstance {
     const std::string& name() const noexcept { return name_m; }
     const EmbeddedConfig& config() const noexcept { return config_m; }
 
-    // Connects connection under clientName with inbox topic inboxTopic (its connect settings
-    // must be set). Fails with ZORCLIENT_SUBCODE_CLIENT_NAME_ALREADY_IN_USE when another
-    // connection has that name.
+    // Connects connection under clientName with inbox topic inboxTopic and settings. Fails with
+    // ZORCLIENT_SUBCODE_CLIENT_NAME_ALREADY_IN_USE when another connection has that name.
     zorClient_returnCode_t attach(ClientConnection& connection, const std::string& clientName,
-                                  const std::string& inboxTopic);
+                                  const std::string& inboxTopic,
+                                  const ConnectionSettings& settings);
     // Disconnects, with the connection's subscriptions; harmless when not attached.
     void detach(ClientConnection& connection) noexcept;
     // Changes an attached connection's name and inbox, keeping names unique.

@@ -1,10 +1,10 @@
 // One session's connection to an embedded broker instance, as the instance sees it: the client
 // name it is known by, where to report to, its direct subscriptions, and its bounded egress.
 //
-// Threads: everything but the listener, the egress and the connect settings is read and written
-// under the instance's mutex only. The settings are written by the connecting thread before
-// the instance's attach() and read under the mutex afterwards. Egress bytes also go down on the
-// receiving context thread (DeliveryEnvelope), hence atomic.
+// Threads: everything but the listener and the egress is read and written under the instance's
+// mutex only (the connect settings too: a publisher of the same session may still be routing
+// while the session connects again). Egress bytes also go down on the receiving context thread
+// (DeliveryEnvelope), hence atomic.
 #pragma once
 
 #include <cstdint>
@@ -23,6 +23,13 @@ struct DirectSubscription {
     bool deliverAlways = false;    // also receives every deliver-to-one message it matches
 };
 
+// What a connect sets on a connection.
+struct ConnectionSettings {
+    bool noLocal = false;
+    std::int64_t localPriority = 1;
+    std::int64_t egressLimitBytes = 0;
+};
+
 struct ClientConnection {
     explicit ClientConnection(BackendListener& listener) : listener_m(listener) {}
 
@@ -32,9 +39,7 @@ struct ClientConnection {
     std::uint64_t id_m = 0;    // per instance, from 1; set when attached
 
     // Settings of the connect, fixed while attached.
-    bool noLocal_m = false;
-    std::int64_t localPriority_m = 1;
-    std::int64_t egressLimitBytes_m = 0;
+    ConnectionSettings settings_m;
     std::string inboxTopic_m;
 
     // Direct messaging state, under the instance's mutex.

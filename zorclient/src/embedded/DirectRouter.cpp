@@ -98,10 +98,10 @@ const DirectRouter::Target* DirectRouter::chooseOne(TopicState& state,
     std::int64_t best = INT64_MIN;
     std::size_t tied = 0;
     for (const Target& target : state.targets) {
-        if (target.connection_p == &sender && sender.noLocal_m) {
+        if (target.connection_p == &sender && sender.settings_m.noLocal) {
             continue;
         }
-        const std::int64_t priority = target.connection_p->localPriority_m;
+        const std::int64_t priority = target.connection_p->settings_m.localPriority;
         if (priority > best) {
             best = priority;
             tied = 1;
@@ -114,8 +114,8 @@ const DirectRouter::Target* DirectRouter::chooseOne(TopicState& state,
     }
     std::size_t pick = static_cast<std::size_t>(state.turn++ % tied);
     for (const Target& target : state.targets) {
-        if ((target.connection_p == &sender && sender.noLocal_m) ||
-            target.connection_p->localPriority_m != best) {
+        if ((target.connection_p == &sender && sender.settings_m.noLocal) ||
+            target.connection_p->settings_m.localPriority != best) {
             continue;
         }
         if (pick-- == 0) {
@@ -147,7 +147,7 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
     }
     const std::int64_t size = static_cast<std::int64_t>(wire.contentSize()) + MESSAGE_OVERHEAD;
     const std::int64_t queued = receiver.egress_m.bytes.load(std::memory_order_relaxed);
-    if (queued > 0 && queued + size > receiver.egressLimitBytes_m) {
+    if (queued > 0 && queued + size > receiver.settings_m.egressLimitBytes) {
         receiver.discardPending_m = true;
         return false;
     }
@@ -191,15 +191,15 @@ void DirectRouter::route(ClientConnection& sender, WireMessage& wire, PublishRes
     if (wire.header().deliverToOne) {
         const Target* chosen_p = chooseOne(state, sender);
         for (const Target& target : state.targets) {
-            if (&target == chosen_p ||
-                (target.deliverAlways && !(target.connection_p == &sender && sender.noLocal_m))) {
+            if (&target == chosen_p || (target.deliverAlways && !(target.connection_p == &sender &&
+                                                                  sender.settings_m.noLocal))) {
                 deliver(*target.connection_p, wire, target, state, sequence);
                 ++receivers;
             }
         }
     } else {
         for (const Target& target : state.targets) {
-            if (target.connection_p == &sender && sender.noLocal_m) {
+            if (target.connection_p == &sender && sender.settings_m.noLocal) {
                 continue;
             }
             deliver(*target.connection_p, wire, target, state, sequence);

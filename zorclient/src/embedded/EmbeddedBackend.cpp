@@ -93,12 +93,13 @@ zorClient_returnCode_t EmbeddedBackend::connect(const ConnectRequest& request,
         // backend connected, so it is written only this once.
         instance_m = std::move(instance);
     }
-    connection_m.noLocal_m = request.noLocal;
-    connection_m.localPriority_m = request.subscriberLocalPriority;
-    connection_m.egressLimitBytes_m = request.egressLimitBytes;
+    ConnectionSettings settings;
+    settings.noLocal = request.noLocal;
+    settings.localPriority = request.subscriberLocalPriority;
+    settings.egressLimitBytes = request.egressLimitBytes;
     const SessionIdentity identity = identityOf(request.clientName);
     zorClient_returnCode_t rc =
-        instance_m->attach(connection_m, request.clientName, identity.inboxTopic);
+        instance_m->attach(connection_m, request.clientName, identity.inboxTopic, settings);
     if (rc != ZORCLIENT_OK) {
         return rc;
     }
