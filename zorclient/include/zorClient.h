@@ -1056,49 +1056,99 @@ _zorClient_session_logRelPub(zorClient_opaqueSession_pt session, zorClient_log_l
  * Session: sending
  * =========================================================================================== */
 
-/* Sends msg (direct, persistent or non-persistent by its delivery mode). Everything needed is
- * copied before the call returns: the message, and memory its pointer setters referenced, may
- * be reused at once. Blocking by "SESSION_SEND_BLOCKING": "1" waits for room (publisher window);
- * "0" returns ZORCLIENT_WOULD_BLOCK and a CAN_SEND event follows when there is room. A received
- * message may be sent again. Thread-safe: sends on one session from several threads are atomic
- * with respect to each other. */
+/* Sends msg (direct, persistent or non-persistent by its delivery mode) to its destination.
+ * Everything needed is copied before the call returns: the message, and memory its pointer
+ * setters referenced, may be reused at once. One copy is made per send, shared by all receivers.
+ * The message may be one that was received (sent on again, or back as a reply).
+ * A direct message to a topic goes to every session with a matching subscription, once per
+ * session; with deliver-to-one to one of them (see "SESSION_SUBSCRIBER_LOCAL_PRIORITY") plus
+ * those whose matching subscription asked for every deliver-to-one message. A receiver that
+ * falls behind by more than its buffers ("SESSION_SOCKET_RCV_BUF_SIZE" + "SESSION_BUFFER_SIZE")
+ * loses messages; its next message carries the discard indication.
+ * While the session reconnects, "SESSION_SEND_BLOCKING" "1" waits for the reconnect, up to
+ * "SESSION_WRITE_TIMEOUT_MS" (then ZORCLIENT_SUBCODE_TIMEOUT); "0" returns
+ * ZORCLIENT_WOULD_BLOCK and a CAN_SEND event follows when the session can send again. A send
+ * from inside a callback of the session's context never waits: it returns ZORCLIENT_WOULD_BLOCK
+ * too. A session that is not connected fails with ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED.
+ * A message without destination fails with ZORCLIENT_SUBCODE_PARAM_NULL_PTR, a malformed topic
+ * with ZORCLIENT_SUBCODE_INVALID_TOPIC_SYNTAX or _TOPIC_TOO_LARGE; what the broker cannot carry
+ * (the embedded broker: queue destinations, guaranteed delivery modes) fails with
+ * ZORCLIENT_SUBCODE_NOT_SUPPORTED. Thread-safe: sends on one session from several threads are
+ * atomic with respect to each other. */
 ZORCLIENT_API zorClient_returnCode_t zorClient_session_sendMsg(zorClient_opaqueSession_pt session,
                                                                zorClient_opaqueMsg_pt msg);
 
 /* Sends msgArray_p[0..numberOfMessages-1] in order (at most ZORCLIENT_SEND_MULTIPLE_MAX_MSGS),
- * as zorClient_session_sendMsg would; *numberOfMessagesWritten_p tells how many went. With
- * blocking sends all are written when it returns ZORCLIENT_OK. */
+ * as zorClient_session_sendMsg would; *numberOfMessagesWritten_p tells how many went. The first
+ * message that cannot go ends the call with its result (ZORCLIENT_WOULD_BLOCK or a failure);
+ * the ones before it were sent. With blocking sends all are written when it returns
+ * ZORCLIENT_OK. */
 ZORCLIENT_API zorClient_returnCode_t zorClient_session_sendMultipleMsg(
     zorClient_opaqueSession_pt session, zorClient_opaqueMsg_pt* msgArray_p,
     zorClient_uint32_t numberOfMessages, zorClient_uint32_t* numberOfMessagesWritten_p);
 
-/* Sends msg as a request (reply-to = the session's inbox, with a correlation) and blocks up to
- * timeoutMs for the reply. On ZORCLIENT_OK *reply_p is the reply, owned by the caller (free it
- * with zorClient_msg_free). No reply in time: ZORCLIENT_INCOMPLETE with
- * ZORCLIENT_SUBCODE_TIMEOUT. Any thread but the session's context thread. */
+/* Sends msg as a request and blocks up to timeoutMs (at least 1) for the reply. The request
+ * carries the session's inbox ("SESSION_REPLY_TO_DEFAULT_DEST") as reply-to and a correlation of
+ * the library's; msg itself is not changed. A reply is a message marked as reply
+ * (zorClient_msg_setAsReplyMsg) made from the received request: the request sent back to its
+ * reply-to, or zorClient_session_sendReply. On ZORCLIENT_OK *reply_p is the reply, owned by the
+ * caller (free it with zorClient_msg_free). No reply in time: ZORCLIENT_INCOMPLETE with
+ * ZORCLIENT_SUBCODE_TIMEOUT; a reply that comes later is discarded and counted in
+ * ZORCLIENT_STATS_RX_REPLY_MSG_DISCARD. Any thread; from the context thread of the replier's
+ * session it can only time out, since the replier cannot run. */
 ZORCLIENT_API zorClient_returnCode_t
 zorClient_session_sendRequest(zorClient_opaqueSession_pt session, zorClient_opaqueMsg_pt msg,
                               zorClient_opaqueMsg_pt* reply_p, zorClient_uint32_t timeoutMs);
+
+/* Sends reply as the reply to request, a received message: to the request's reply-to, marked
+ * as reply, with the request's correlation, so that it ends the requester's
+ * zorClient_session_sendRequest. reply itself is not changed; it may be request itself. A
+ * request without reply-to fails with ZORCLIENT_SUBCODE_PARAM_CONFLICT. Otherwise as
+ * zorClient_session_sendMsg. */
+ZORCLIENT_API zorClient_returnCode_t zorClient_session_sendReply(zorClient_opaqueSession_pt session,
+                                                                 zorClient_opaqueMsg_pt request,
+                                                                 zorClient_opaqueMsg_pt reply);
 
 /* =============================================================================================
  * Session: subscriptions, endpoints, sub-objects
  * =========================================================================================== */
 
-/* Adds a direct topic subscription with flags (ZORCLIENT_SUBSCRIBE_FLAGS_...). With
- * WAITFORCONFIRM it returns once this and all earlier subscriptions are confirmed; without it a
- * failure shows later as a SUBSCRIPTION_ERROR event. An existing subscription is success while
- * "SESSION_IGNORE_DUP_SUBSCRIPTION_ERROR" is "1". ZORCLIENT_NOT_READY when the session is not
- * in a state to subscribe. Thread-safe. */
+/* Adds a direct topic subscription with flags (ZORCLIENT_SUBSCRIBE_FLAGS_...). Topics are text
+ * levels separated by "/" (1 to 255 bytes, no empty level); in a subscription a level "*"
+ * matches any one level, a level ending in "*" ("ab*") any one level with that prefix, and a
+ * last level ">" one or more further levels. A malformed topic fails with
+ * ZORCLIENT_SUBCODE_INVALID_TOPIC_SYNTAX or _TOPIC_TOO_LARGE.
+ * Flags: WAITFORCONFIRM returns once this and all earlier subscriptions are confirmed (with
+ * "SESSION_SUBSCRIBE_BLOCKING" "0" the call otherwise returns ZORCLIENT_IN_PROGRESS);
+ * RX_ALL_DELIVER_TO_ONE receives every deliver-to-one message that matches; REQUEST_CONFIRM
+ * emits a SUBSCRIPTION_OK event with info_p = the topic; LOCAL_DISPATCH_ONLY alone changes
+ * nothing (it is meant for dispatch entries). A session receives a message once however many of
+ * its subscriptions match; the consumer ids of a received message are the 1-based numbers, in
+ * subscription order, of the subscriptions that matched. An existing subscription is success
+ * while "SESSION_IGNORE_DUP_SUBSCRIPTION_ERROR" is "1", else fails with
+ * ZORCLIENT_SUBCODE_SUBSCRIPTION_ALREADY_PRESENT. With "SESSION_REAPPLY_SUBSCRIPTIONS" "1"
+ * subscriptions are applied again after a reconnect (and after a disconnect and connect), and may
+ * be added while reconnecting. ZORCLIENT_NOT_READY (ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED) when
+ * the session is not in a state to subscribe. Thread-safe; may be called from inside callbacks. */
 ZORCLIENT_API zorClient_returnCode_t zorClient_session_topicSubscribeExt(
     zorClient_opaqueSession_pt session, zorClient_subscribeFlags_t flags, const char* topic_p);
 
 /* Removes a direct topic subscription; flags as for subscribe. Removing one that is not there is
- * success while "SESSION_IGNORE_DUP_SUBSCRIPTION_ERROR" is "1". Thread-safe. */
+ * success while "SESSION_IGNORE_DUP_SUBSCRIPTION_ERROR" is "1", else
+ * ZORCLIENT_SUBCODE_SUBSCRIPTION_NOT_FOUND. A topic that dispatch entries also subscribe stays at
+ * the broker until the last of them goes. Thread-safe. */
 ZORCLIENT_API zorClient_returnCode_t zorClient_session_topicUnsubscribeExt(
     zorClient_opaqueSession_pt session, zorClient_subscribeFlags_t flags, const char* topic_p);
 
-/* Adds a topic subscription whose messages go to dispatch_p->callback_p with its user pointer
- * instead of the session's receive callback. correlationTag_p: reserved, null. */
+/* Adds a dispatch entry: messages the session receives whose topic matches topic_p go to
+ * dispatch_p->callback_p with dispatch_p->user_p instead of the session's receive callback.
+ * Entries with the same callback and user pointer share one record: a message matching several
+ * of its topics reaches it once; a message matching entries of several records reaches each
+ * (each with a message of its own). The topic is also subscribed at the broker, unless flags has
+ * LOCAL_DISPATCH_ONLY (then only messages that other subscriptions bring in are steered).
+ * dispatch_p->dispatchType must be ZORCLIENT_DISPATCH_TYPE_CALLBACK. correlationTag_p comes back
+ * as correlation_p of the SUBSCRIPTION_OK event. Otherwise as zorClient_session_topicSubscribeExt;
+ * "SESSION_TOPIC_DISPATCH" is not needed. */
 ZORCLIENT_API zorClient_returnCode_t zorClient_session_topicSubscribeWithDispatch(
     zorClient_opaqueSession_pt session, zorClient_subscribeFlags_t flags, const char* topic_p,
     zorClient_session_rxMsgDispatchFuncInfo_t* dispatch_p, void* correlationTag_p);

@@ -20,7 +20,10 @@ const zorClient_errorInfo& lastError() {
 
 TEST(NotBuiltYet, FailsWithNotSupportedNamingTheFunction) {
     const std::vector<std::pair<std::string, std::function<zorClient_returnCode_t()>>> calls = {
-        {"zorClient_session_sendMsg", [] { return zorClient_session_sendMsg(nullptr, nullptr); }},
+        {"zorClient_session_endpointProvision",
+         [] {
+             return zorClient_session_endpointProvision(nullptr, nullptr, 0, nullptr, nullptr, 0);
+         }},
         {"zorClient_session_createTemporaryTopicName",
          [] { return zorClient_session_createTemporaryTopicName(nullptr, nullptr, 0); }},
         {"zorClient_flow_start", [] { return zorClient_flow_start(nullptr); }},

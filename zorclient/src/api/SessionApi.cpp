@@ -107,6 +107,11 @@ zorClient_returnCode_t zorClient_session_destroy(zorClient_opaqueSession_pt* ses
         if (session_p == nullptr) {
             return LastError::failNullArgument(function_p, "session_p");
         }
+        // Calls that wait inside the session (blocking sends, requests) end first, so that
+        // retiring the handle does not wait for them.
+        if (auto lease = Handles::sessions().acquire(*session_p)) {
+            lease->markClosing();
+        }
         Ref<Session> session = Handles::sessions().retire(*session_p);
         if (!session) {
             Handles::failLookup(*session_p, function_p, "*session_p");

@@ -33,7 +33,8 @@
 
 namespace zorvane::zorclient {
 
-class Message;  // core/Message: the application's message behind zorClient_opaqueMsg_pt
+class Message;         // core/Message: the application's message behind zorClient_opaqueMsg_pt
+struct WireOverrides;  // core/WireMessage: what a request or reply carries instead
 
 // Who the session is on the broker, as the broker sees it after a connect or rename.
 struct SessionIdentity {
@@ -66,6 +67,9 @@ struct ConnectRequest {
     std::int64_t subscriberLocalPriority = 1;
     std::int64_t subscriberNetworkPriority = 1;
     std::int64_t connectTimeoutMs = 0;
+    // Bytes of direct messages that may wait for the session at once; beyond them the broker
+    // discards and marks the next delivered message. A single message always fits.
+    std::int64_t egressLimitBytes = 0;
     // Backend configuration keys ("EMBEDDED_..."): the global array's first, then the
     // session's; the last of a key wins. A backend that creates shared state (a broker
     // instance) configures it from these.
@@ -89,10 +93,20 @@ struct SubscriptionRequest {
     void* correlation_p = nullptr;      // SUBSCRIPTION_OK / _ERROR events carry it
 };
 
+// What the broker did with a published message, for the sender's statistics.
+struct PublishResult {
+    std::uint64_t bytes = 0;  // the message's size as the statistics count it
+    bool noMatch = false;     // no subscriber matched: the broker discarded it
+};
+
 // One message to publish, direct or guaranteed by its delivery mode. The backend copies what it
 // needs before it returns; the message is the sender's again at once.
 struct PublishRequest {
     const Message* message_p = nullptr;
+    // Fields the broker copy carries instead of the message's (replies); null for none.
+    const WireOverrides* overrides_p = nullptr;
+    // Filled on success when not null.
+    PublishResult* result_p = nullptr;
     // Guaranteed messages: the publisher's sequence number (acknowledged in order) and the
     // correlation tag the application's acknowledgement event carries.
     std::uint64_t publishId = 0;

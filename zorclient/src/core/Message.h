@@ -65,6 +65,12 @@ struct CarriedHeader {
     zorClient_int64_t senderTimestamp = 0;
     zorClient_int64_t sequenceNumber = 0;
     zorClient_int64_t senderTopicSequenceNumber = 0;  // set by the sender; 0: none
+    // The library's correlation of a request (zorClient_session_sendRequest), 0 for none. A
+    // reply made from the received request (sent back as it is, or by
+    // zorClient_session_sendReply) carries it back, which is how the requester knows its reply
+    // from any other message on its inbox. Not visible through the API, so that the
+    // application's own correlation id stays the application's.
+    std::uint64_t requestCorrelation = 0;
 };
 
 // What one delivery adds to a received message.

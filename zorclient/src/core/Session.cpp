@@ -2,6 +2,7 @@
 #include "core/Session.h"
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "api/LastError.h"
@@ -27,6 +28,12 @@ Session::Session(Context& context, const SessionConfig::Changes& properties,
     if (config_m.clientName().empty()) {
         config_m.commit({{ZORCLIENT_SESSION_PROP_CLIENT_NAME, ClientNames::generate()}});
     }
+    sendBlocking_m = config_m.flag(ZORCLIENT_SESSION_PROP_SEND_BLOCKING);
+    subscribeBlocking_m = config_m.flag(ZORCLIENT_SESSION_PROP_SUBSCRIBE_BLOCKING);
+    ignoreDuplicates_m = config_m.flag(ZORCLIENT_SESSION_PROP_IGNORE_DUP_SUBSCRIPTION_ERROR);
+    reapplySubscriptions_m = config_m.flag(ZORCLIENT_SESSION_PROP_REAPPLY_SUBSCRIPTIONS);
+    writeTimeout_m =
+        std::chrono::milliseconds(config_m.integer(ZORCLIENT_SESSION_PROP_WRITE_TIMEOUT_MS));
 }
 
 ConnectRequest Session::makeConnectRequest() const {
@@ -45,6 +52,10 @@ ConnectRequest Session::makeConnectRequest() const {
     request.subscriberNetworkPriority =
         config_m.integer(ZORCLIENT_SESSION_PROP_SUBSCRIBER_NETWORK_PRIORITY);
     request.connectTimeoutMs = config_m.integer(ZORCLIENT_SESSION_PROP_CONNECT_TIMEOUT_MS);
+    // What the receiving socket and the session's buffer would hold between the broker and the
+    // receive callback.
+    request.egressLimitBytes = config_m.integer(ZORCLIENT_SESSION_PROP_SOCKET_RCV_BUF_SIZE) +
+                               config_m.integer(ZORCLIENT_SESSION_PROP_BUFFER_SIZE);
     request.backendProperties = backendProperties_m;
     return request;
 }
@@ -64,7 +75,7 @@ zorClient_returnCode_t Session::attemptConnect(const char* function_p) {
         SessionIdentity identity;
         if (backends_m[i] != nullptr &&
             backends_m[i]->connect(request, &identity) == ZORCLIENT_OK) {
-            active_m = backends_m[i].get();
+            active_m.store(backends_m[i].get(), std::memory_order_release);
             identity_m = std::move(identity);
             return ZORCLIENT_OK;
         }
@@ -101,10 +112,11 @@ zorClient_returnCode_t Session::connect(const char* function_p) {
     // before the one that connected failed.
     const zorClient_errorInfo before = LastError::get();
     if (attemptConnect(function_p) == ZORCLIENT_OK) {
+        becomeUp();
         LastError::copyFrom(before);
-        state_m.store(State::Up, std::memory_order_release);
         emitEvent(ZORCLIENT_SESSION_EVENT_UP_NOTICE, RESPONSE_OK, identity_m.clientName.c_str(),
                   nullptr);
+        emitCanSendIfOwed();
         return blocking ? ZORCLIENT_OK : ZORCLIENT_IN_PROGRESS;
     }
     ZC_LOG(ZORCLIENT_LOG_INFO, "%s", LastError::get().errorStr);
@@ -125,15 +137,24 @@ zorClient_returnCode_t Session::disconnect(const char* /*function_p*/) {
     epoch_m.fetch_add(1, std::memory_order_acq_rel);
     ++reconnectToken_m;
     failurePending_m.store(false, std::memory_order_relaxed);
-    if (active_m != nullptr) {
-        active_m->disconnect();
+    if (Backend* active_p = active_m.load(std::memory_order_relaxed); active_p != nullptr) {
+        active_p->disconnect();
     }
-    state_m.store(State::Idle, std::memory_order_release);
+    connectionEnded();
+    setState(State::Idle);
     return ZORCLIENT_OK;
+}
+
+void Session::markClosing() noexcept {
+    closed_m.store(true, std::memory_order_seq_cst);
+    requests_m.close();
+    std::lock_guard<std::mutex> lock(mutex_m);
+    stateChanged_m.notify_all();
 }
 
 void Session::close() noexcept {
     closed_m.store(true, std::memory_order_seq_cst);
+    requests_m.close();
     if (!context_m->isDispatchThread()) {
         context_m->waitWhileDispatching(this);
     }
@@ -146,7 +167,7 @@ void Session::close() noexcept {
                 backend->disconnect();
             }
         }
-        state_m.store(State::Idle, std::memory_order_release);
+        setState(State::Idle);
     }
     context_m->removeSession(this);
 }
@@ -171,12 +192,13 @@ void Session::onAttention() noexcept {
         return;
     }
     std::lock_guard<std::mutex> lock(mutex_m);
+    Backend* active_p = active_m.load(std::memory_order_relaxed);
     if (closed_m.load(std::memory_order_acquire) ||
-        state_m.load(std::memory_order_relaxed) != State::Up || active_m == nullptr) {
+        state_m.load(std::memory_order_relaxed) != State::Up || active_p == nullptr) {
         return;
     }
     ConnectionLoss loss;
-    active_m->dropConnection(&loss);
+    active_p->dropConnection(&loss);
     handleLoss(loss);
 }
 
@@ -186,11 +208,13 @@ void Session::handleLoss(const ConnectionLoss& loss) {
     error.responseCode = loss.responseCode;
     std::snprintf(error.errorStr, sizeof error.errorStr, "%s", loss.reason.c_str());
     if (config_m.reconnectRetries() == 0) {
-        state_m.store(State::Down, std::memory_order_release);
+        connectionEnded();
+        setState(State::Down);
         emitEvent(ZORCLIENT_SESSION_EVENT_DOWN_ERROR, loss.responseCode, error.errorStr, &error);
         return;
     }
-    state_m.store(State::Reconnecting, std::memory_order_release);
+    connectionEnded();
+    setState(State::Reconnecting);
     reconnectAttempts_m = 0;
     emitEvent(ZORCLIENT_SESSION_EVENT_RECONNECTING_NOTICE, loss.responseCode, error.errorStr,
               &error);
@@ -205,7 +229,8 @@ void Session::scheduleReconnect() {
         // Without a timer the session would hang in Reconnecting: end it instead.
         zorClient_errorInfo error{ZORCLIENT_SUBCODE_OUT_OF_MEMORY, 0,
                                   "no memory for the reconnect timer"};
-        state_m.store(State::Down, std::memory_order_release);
+        connectionEnded();
+        setState(State::Down);
         emitEvent(ZORCLIENT_SESSION_EVENT_DOWN_ERROR, 0, error.errorStr, &error);
     }
 }
@@ -219,9 +244,10 @@ void Session::onTimer(std::uint64_t token) noexcept {
     ++reconnectAttempts_m;
     try {
         if (attemptConnect("reconnect") == ZORCLIENT_OK) {
-            state_m.store(State::Up, std::memory_order_release);
+            becomeUp();
             emitEvent(ZORCLIENT_SESSION_EVENT_RECONNECTED_NOTICE, RESPONSE_OK,
                       identity_m.clientName.c_str(), nullptr);
+            emitCanSendIfOwed();
             return;
         }
     } catch (const std::bad_alloc&) {
@@ -235,7 +261,8 @@ void Session::onTimer(std::uint64_t token) noexcept {
             "the connection was lost and %lld reconnect attempt%s failed; the last: %.180s",
             static_cast<long long>(reconnectAttempts_m), reconnectAttempts_m == 1 ? "" : "s",
             LastError::get().errorStr);
-        state_m.store(State::Down, std::memory_order_release);
+        connectionEnded();
+        setState(State::Down);
         emitEvent(ZORCLIENT_SESSION_EVENT_DOWN_ERROR, error.responseCode, error.errorStr, &error);
         return;
     }
@@ -243,7 +270,19 @@ void Session::onTimer(std::uint64_t token) noexcept {
 }
 
 Backend* Session::connectedBackend() const noexcept {
-    return active_m != nullptr && active_m->isConnected() ? active_m : nullptr;
+    Backend* active_p = active_m.load(std::memory_order_acquire);
+    return active_p != nullptr && active_p->isConnected() ? active_p : nullptr;
+}
+
+void Session::setState(State state) noexcept {
+    state_m.store(state, std::memory_order_release);
+    stateChanged_m.notify_all();
+}
+
+void Session::emitCanSendIfOwed() noexcept {
+    if (canSendOwed_m.exchange(false, std::memory_order_acq_rel)) {
+        emitEvent(ZORCLIENT_SESSION_EVENT_CAN_SEND, RESPONSE_OK, "", nullptr);
+    }
 }
 
 }  // namespace zorvane::zorclient

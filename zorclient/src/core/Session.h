@@ -10,16 +10,30 @@
 // a failed non-blocking connect, RECONNECTING_NOTICE then RECONNECTED_NOTICE or DOWN_ERROR after
 // a loss ("SESSION_RECONNECT_RETRIES" 0: DOWN_ERROR at once). A disconnect by the application
 // emits nothing and drops the session events still queued from before it (its epoch ends).
+// CAN_SEND follows a send that returned ZORCLIENT_WOULD_BLOCK once the session can send again;
+// SUBSCRIPTION_OK confirms a subscription change made with REQUEST_CONFIRM.
+//
+// Direct messaging: sends go through the active backend; while the session reconnects a
+// blocking send waits for the end of it (up to "SESSION_WRITE_TIMEOUT_MS") and a non-blocking
+// one returns ZORCLIENT_WOULD_BLOCK. Subscriptions are kept in SessionSubscriptions, applied to
+// the broker, and applied again after a reconnect with "SESSION_REAPPLY_SUBSCRIPTIONS" "1".
+// Deliveries run the dispatch callback of the matching dispatch entries, or else the session's
+// receive callback. Requests wait in a RequestTable, answered straight from the broker.
 //
 // Threads: the API operations are thread-safe (a mutex guards configuration, backends and
-// state changes; it is never held while the application is called). requestFailure() is
+// state changes; it is never held while the application is called). Sends take no mutex: they
+// read the state and the active backend atomically. Subscription changes are serialised by a
+// mutex of their own, taken after the session mutex where both are needed (connect and
+// reconnect apply subscriptions again) and before broker locks. requestFailure() is
 // async-signal-safe. onAttention(), onTimer() and the EventTarget methods run on the context
 // thread. BackendListener methods run on any thread (a broker's, under its locks) and only set
-// flags and queue: they never take the session's mutex, so the order session mutex -> broker
-// locks, which connect and rename follow, cannot deadlock with them.
+// flags and queue: they never take the session's mutexes, so the order session mutex ->
+// subscription mutex -> broker locks cannot deadlock with them.
 #pragma once
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -29,8 +43,10 @@
 #include "core/Backend.h"
 #include "core/Context.h"
 #include "core/Event.h"
+#include "core/RequestTable.h"
 #include "core/SessionConfig.h"
 #include "core/SessionStats.h"
+#include "core/SessionSubscriptions.h"
 
 namespace zorvane::zorclient {
 
@@ -62,6 +78,9 @@ class Session final : public EventTarget, private BackendListener {
 
     zorClient_returnCode_t connect(const char* function_p);
     zorClient_returnCode_t disconnect(const char* function_p);
+    // The start of zorClient_session_destroy, before the handle is retired: calls that wait
+    // (blocking sends, requests) end now, so that retiring does not wait for them.
+    void markClosing() noexcept;
     // The end of zorClient_session_destroy, after the handle was retired: disconnects, and
     // returns when no callback of the session runs or will run (at once on the context thread).
     void close() noexcept;
@@ -78,6 +97,20 @@ class Session final : public EventTarget, private BackendListener {
     void logPublisherState(zorClient_log_level_t level);
     void postUserCallback(zorClient_messageDispatcher_userCallbackFunc_t function_p,
                           zorClient_opaqueTransactedSession_pt handle_p, void* user_p);
+
+    // Direct messaging (SessionSend.cpp, SessionSubscribe.cpp). msg handles are checked here.
+    zorClient_returnCode_t send(zorClient_opaqueMsg_pt msg, const char* function_p);
+    zorClient_returnCode_t sendMultiple(const zorClient_opaqueMsg_pt* msgs_p, std::uint32_t count,
+                                        std::uint32_t* written_p, const char* function_p);
+    zorClient_returnCode_t sendRequest(zorClient_opaqueMsg_pt msg, zorClient_opaqueMsg_pt* reply_p,
+                                       std::uint32_t timeoutMs, const char* function_p);
+    zorClient_returnCode_t sendReply(zorClient_opaqueMsg_pt request, zorClient_opaqueMsg_pt reply,
+                                     const char* function_p);
+    // Adds (add) or removes a subscription to topic_p; with dispatch_p a dispatch entry.
+    zorClient_returnCode_t changeSubscription(
+        bool add, const char* topic_p, zorClient_subscribeFlags_t flags,
+        const SessionSubscriptions::DispatchTarget* dispatch_p, void* correlation_p,
+        const char* function_p);
 
     // --- Context thread ---------------------------------------------------------------------
 
@@ -112,10 +145,42 @@ class Session final : public EventTarget, private BackendListener {
     void scheduleReconnect();
     // Queues a session event for this session. error_p: the error info it carries, or null.
     void emitEvent(zorClient_session_event_t event, zorClient_session_responseCode_t response,
-                   const char* info_p, const zorClient_errorInfo* error_p) noexcept;
+                   const char* info_p, const zorClient_errorInfo* error_p,
+                   void* correlation_p = nullptr) noexcept;
     // Queues an event with a record for target (a flow or cache session).
     void emitTargetEvent(EventKind kind, EventTarget* target_p, ControlRecord* record_p) noexcept;
     Backend* connectedBackend() const noexcept;
+    // Under mutex_m: stores state and wakes the sends that wait for it.
+    void setState(State state) noexcept;
+    // Under mutex_m, after a (re)connect: applies the subscriptions the broker must hold again
+    // (failures become SUBSCRIPTION_ERROR events), then the state becomes Up.
+    void becomeUp() noexcept;
+    // Under mutex_m, when the connection is gone: without reapplying, the broker's copy of the
+    // subscriptions is gone for good.
+    void connectionEnded() noexcept;
+    // A CAN_SEND event when a send returned ZORCLIENT_WOULD_BLOCK since the last one.
+    void emitCanSendIfOwed() noexcept;
+
+    // Send path (SessionSend.cpp).
+    // The backend a send may use now, or null.
+    Backend* sendingBackend() const noexcept {
+        return state_m.load(std::memory_order_acquire) == State::Up
+                   ? active_m.load(std::memory_order_acquire)
+                   : nullptr;
+    }
+    // Publishes one message (a request when requestId is not 0), waiting for the transport as
+    // the send mode says. overrides_p: what a reply carries instead.
+    zorClient_returnCode_t publishOne(const Message& msg, const WireOverrides* overrides_p,
+                                      std::uint64_t requestId, const char* function_p);
+    // The session cannot send right now: waits for the end of a reconnect (blocking sends) and
+    // returns ZORCLIENT_OK to try again, or fails / returns ZORCLIENT_WOULD_BLOCK.
+    zorClient_returnCode_t awaitTransport(std::chrono::steady_clock::time_point deadline,
+                                          bool* blockedCounted_p, const char* function_p);
+    void countSent(const PublishResult& result) noexcept;
+
+    // Receive path (SessionEvents.cpp).
+    void dispatchDelivery(MessagePayload& payload) noexcept;
+    void countReceived(zorClient_opaqueMsg_pt msg) noexcept;
 
     const Ref<Context> context_m;
     zorClient_opaqueSession_pt handle_m = nullptr;
@@ -123,20 +188,35 @@ class Session final : public EventTarget, private BackendListener {
     const std::vector<PropertyList::Entry> backendProperties_m;
 
     std::atomic<State> state_m{State::Idle};
+    std::atomic<Backend*> active_m{nullptr};  // the backend of the last successful connect
     std::atomic<bool> failurePending_m{false};
+    std::atomic<bool> canSendOwed_m{false};
     std::atomic<bool> closed_m{false};
     std::atomic<std::uint32_t> epoch_m{0};
     SessionStats stats_m;
 
     mutable std::mutex mutex_m;
+    std::condition_variable stateChanged_m;  // with mutex_m
     SessionConfig config_m;
+    // Settings that cannot change on an existing session, read once.
+    bool sendBlocking_m = true;
+    bool subscribeBlocking_m = true;
+    bool ignoreDuplicates_m = false;
+    bool reapplySubscriptions_m = false;
+    std::chrono::milliseconds writeTimeout_m{0};
     // One backend per host entry, made when first tried; they live as long as the session so
     // that the peer texts handed out by getCapability stay valid.
     std::vector<std::unique_ptr<Backend>> backends_m;
-    Backend* active_m = nullptr;  // the backend of the last successful connect
     SessionIdentity identity_m;
     std::uint64_t reconnectToken_m = 0;
     std::int64_t reconnectAttempts_m = 0;
+
+    std::mutex subscriptionsMutex_m;
+    SessionSubscriptions subscriptions_m;           // under subscriptionsMutex_m
+    std::atomic<std::size_t> dispatchEntries_m{0};  // read without the mutex
+    std::vector<SessionSubscriptions::DispatchTarget> dispatchScratch_m;  // context thread
+
+    RequestTable requests_m;
 };
 
 }  // namespace zorvane::zorclient

@@ -3,12 +3,15 @@
 
 #include "api/LastError.h"
 #include "api/Logger.h"
+#include "core/MessagePool.h"
 #include "core/Session.h"
+#include "core/WireMessage.h"
 
 namespace zorvane::zorclient {
 
 void Session::emitEvent(zorClient_session_event_t event, zorClient_session_responseCode_t response,
-                        const char* info_p, const zorClient_errorInfo* error_p) noexcept {
+                        const char* info_p, const zorClient_errorInfo* error_p,
+                        void* correlation_p) noexcept {
     ControlRecord* record_p = nullptr;
     try {
         record_p = context_m->takeRecord();
@@ -20,6 +23,7 @@ void Session::emitEvent(zorClient_session_event_t event, zorClient_session_respo
     record_p->event = event;
     record_p->responseCode = response;
     record_p->setInfo(info_p);
+    record_p->correlation_p = correlation_p;
     if (error_p != nullptr) {
         record_p->setError(error_p->subCode, error_p->responseCode, error_p->errorStr);
     }
@@ -93,26 +97,85 @@ void Session::dispatchEvent(Event& event) noexcept {
         case EventKind::UserCallback:
             event.callback.function_p(event.callback.handle_p, event.callback.user_p);
             break;
-        case EventKind::Delivery: {
-            MessagePayload& payload = event.delivery;
-            zorClient_opaqueMsg_pt msg = nullptr;
-            if (callbacks_m.rx_p != nullptr && payload.ops_p != nullptr &&
-                payload.ops_p->makeRxMessage_p != nullptr) {
-                msg = payload.ops_p->makeRxMessage_p(payload.object_p);
-            }
-            if (msg != nullptr &&
-                callbacks_m.rx_p(handle_m, msg, callbacks_m.rxUser_p) == ZORCLIENT_CALLBACK_OK &&
-                payload.ops_p->freeRxMessage_p != nullptr) {
-                payload.ops_p->freeRxMessage_p(msg);
-            }
-            payload.release();
+        case EventKind::Delivery:
+            dispatchDelivery(event.delivery);
             break;
-        }
         case EventKind::FlowEvent:
         case EventKind::CacheEvent:
             // Addressed to flows and cache sessions, never to the session itself.
             break;
     }
+}
+
+void Session::countReceived(zorClient_opaqueMsg_pt msg) noexcept {
+    const Message* msg_p = MessagePool::lookup(msg);
+    if (msg_p == nullptr) {
+        return;
+    }
+    const std::uint64_t bytes = msg_p->wire() != nullptr ? msg_p->wire()->contentSize() : 0;
+    switch (msg_p->header().deliveryMode) {
+        case ZORCLIENT_DELIVERY_MODE_DIRECT:
+            stats_m.addRx(ZORCLIENT_STATS_RX_DIRECT_MSGS);
+            stats_m.addRx(ZORCLIENT_STATS_RX_DIRECT_BYTES, bytes);
+            break;
+        case ZORCLIENT_DELIVERY_MODE_PERSISTENT:
+            stats_m.addRx(ZORCLIENT_STATS_RX_PERSISTENT_MSGS);
+            stats_m.addRx(ZORCLIENT_STATS_RX_PERSISTENT_BYTES, bytes);
+            break;
+        default:
+            stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_MSGS);
+            stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES, bytes);
+            break;
+    }
+    stats_m.addRx(ZORCLIENT_STATS_RX_TOTAL_DATA_MSGS);
+    stats_m.addRx(ZORCLIENT_STATS_RX_TOTAL_DATA_BYTES, bytes);
+    if (msg_p->delivery().discardIndication) {
+        stats_m.addRx(ZORCLIENT_STATS_RX_DISCARD_IND);
+    }
+}
+
+void Session::dispatchDelivery(MessagePayload& payload) noexcept {
+    const PayloadOps* ops_p = payload.ops_p;
+    zorClient_opaqueMsg_pt msg = ops_p != nullptr && ops_p->makeRxMessage_p != nullptr
+                                     ? ops_p->makeRxMessage_p(payload.object_p)
+                                     : nullptr;
+    if (msg == nullptr) {
+        payload.release();
+        return;
+    }
+    countReceived(msg);
+    dispatchScratch_m.clear();
+    if (dispatchEntries_m.load(std::memory_order_acquire) != 0) {
+        const Message* msg_p = MessagePool::lookup(msg);
+        const Part& destination = msg_p->part(PartId::DESTINATION);
+        if (destination.present()) {
+            std::lock_guard<std::mutex> lock(subscriptionsMutex_m);
+            try {
+                subscriptions_m.matchDispatch(destination.text(), &dispatchScratch_m);
+            } catch (const std::bad_alloc&) {
+                // The session's callback gets it, as if no entry matched.
+                dispatchScratch_m.clear();
+            }
+        }
+    }
+    if (dispatchScratch_m.empty()) {
+        if (callbacks_m.rx_p == nullptr ||
+            callbacks_m.rx_p(handle_m, msg, callbacks_m.rxUser_p) != ZORCLIENT_CALLBACK_TAKE_MSG) {
+            ops_p->freeRxMessage_p(msg);
+        }
+        payload.release();
+        return;
+    }
+    // Each matching dispatch record gets a message of its own, so that each may keep it.
+    for (std::size_t i = 0; i < dispatchScratch_m.size(); ++i) {
+        const SessionSubscriptions::DispatchTarget target = dispatchScratch_m[i];
+        zorClient_opaqueMsg_pt own = i == 0 ? msg : ops_p->makeRxMessage_p(payload.object_p);
+        if (own != nullptr &&
+            target.callback_p(handle_m, own, target.user_p) != ZORCLIENT_CALLBACK_TAKE_MSG) {
+            ops_p->freeRxMessage_p(own);
+        }
+    }
+    payload.release();
 }
 
 bool Session::onDelivery(EventTarget* flowTarget_p, MessagePayload payload) noexcept {
@@ -130,10 +193,12 @@ bool Session::onDelivery(EventTarget* flowTarget_p, MessagePayload payload) noex
     return true;
 }
 
-bool Session::onReply(std::uint64_t /*requestId*/, MessagePayload /*payload*/) noexcept {
-    // No request can be outstanding before zorClient_session_sendRequest exists, and a reply
-    // that matches no outstanding request is discarded: the backend keeps the payload and counts
-    // it.
+bool Session::onReply(std::uint64_t requestId, MessagePayload payload) noexcept {
+    if (requests_m.answer(requestId, payload)) {
+        return true;
+    }
+    // Too late (timed out), a second reply, or not for this session's requests at all.
+    stats_m.addRx(ZORCLIENT_STATS_RX_REPLY_MSG_DISCARD);
     return false;
 }
 

@@ -76,7 +76,7 @@ zorClient_returnCode_t Session::modifyProperties(const PropertyList& list, const
         // unique there; if the broker refuses, nothing changes.
         if (change.first == ZORCLIENT_SESSION_PROP_CLIENT_NAME && connectedBackend() != nullptr) {
             SessionIdentity identity;
-            rc = active_m->rename(change.second, &identity);
+            rc = connectedBackend()->rename(change.second, &identity);
             if (rc != ZORCLIENT_OK) {
                 const zorClient_errorInfo failure = LastError::get();
                 LastError::set(failure.subCode, failure.responseCode, "%s: %s", function_p,
@@ -92,11 +92,12 @@ zorClient_returnCode_t Session::modifyProperties(const PropertyList& list, const
 
 int Session::isCapable(const char* name_p, const char* function_p) {
     std::lock_guard<std::mutex> lock(mutex_m);
-    if (active_m == nullptr) {
+    Backend* active_p = active_m.load(std::memory_order_acquire);
+    if (active_p == nullptr) {
         failNotConnectedYet(function_p, "what the broker can do");
         return -1;
     }
-    const int answer = active_m->capability(name_p);
+    const int answer = active_p->capability(name_p);
     if (answer < 0) {
         LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE, "%s: \"%s\" is not a capability",
                         function_p, name_p);
@@ -107,10 +108,11 @@ int Session::isCapable(const char* name_p, const char* function_p) {
 zorClient_returnCode_t Session::getCapability(const char* name_p, zorClient_field_t* field_p,
                                               const char* function_p) {
     std::lock_guard<std::mutex> lock(mutex_m);
-    if (active_m == nullptr) {
+    Backend* active_p = active_m.load(std::memory_order_acquire);
+    if (active_p == nullptr) {
         return failNotConnectedYet(function_p, "what the broker can do");
     }
-    const PeerInfo& peer = active_m->peer();
+    const PeerInfo& peer = active_p->peer();
     const struct {
         const char* name_p;
         const std::string* text_p;
@@ -141,7 +143,7 @@ zorClient_returnCode_t Session::getCapability(const char* name_p, zorClient_fiel
         return ZORCLIENT_OK;
     }
     // The yes/no capabilities read as booleans here too.
-    const int answer = active_m->capability(name_p);
+    const int answer = active_p->capability(name_p);
     if (answer < 0) {
         return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
                                "%s: \"%s\" is not a capability", function_p, name_p);

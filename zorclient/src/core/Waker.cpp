@@ -25,8 +25,10 @@ void Waker::wake() noexcept {
     // Both sides touch sleeping_m with read-modify-writes, which the flag's modification order
     // puts one after the other: either this one comes later and sees the consumer asleep, or it
     // comes first and the consumer's exchange in prepareSleep() synchronises with it, so that the
-    // consumer's last check sees the work published before this call.
-    if (sleeping_m.fetch_add(0, std::memory_order_acq_rel) != 0) {
+    // consumer's last check sees the work published before this call. Taking the flag down here
+    // leaves the system call to the first producer: those that follow before the consumer is up
+    // again find it down, and the consumer, once awake, takes their work with the first one's.
+    if (sleeping_m.exchange(0, std::memory_order_acq_rel) != 0) {
         word_m.fetch_add(1, std::memory_order_release);
         syscall(SYS_futex, futexWord(word_m), FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
     }

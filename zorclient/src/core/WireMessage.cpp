@@ -106,14 +106,34 @@ zorClient_uint64_t nowMs() noexcept {
 }  // namespace
 
 WireMessage* WireMessage::snapshot(const Message& msg) {
+    static const WireOverrides none_s;
+    return snapshot(msg, none_s);
+}
+
+WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& overrides) {
+    // The bytes of each part as the copy carries them: the message's own, or an override.
+    struct Source {
+        const void* data_p;
+        std::uint32_t size;
+    };
+    Source sources[NUM_PARTS];
     // One block for all parts, texts with their NUL, so a receiver reads C strings in place.
     std::size_t total = 0;
     std::size_t content = 0;
     for (int i = 0; i < NUM_PARTS; ++i) {
-        const Part& part = msg.part(static_cast<PartId>(i));
-        if (part.present()) {
-            total += part.size() + (isTextPart(static_cast<PartId>(i)) ? 1 : 0);
-            content += part.size();
+        const PartId id = static_cast<PartId>(i);
+        const char* override_p = id == PartId::DESTINATION ? overrides.destination_p
+                                 : id == PartId::REPLY_TO  ? overrides.replyTo_p
+                                                           : nullptr;
+        if (override_p != nullptr) {
+            sources[i] = {override_p, static_cast<std::uint32_t>(std::strlen(override_p))};
+        } else {
+            const Part& part = msg.part(id);
+            sources[i] = {part.present() ? part.data() : nullptr, part.size()};
+        }
+        if (sources[i].data_p != nullptr) {
+            total += sources[i].size + (isTextPart(id) ? 1 : 0);
+            content += sources[i].size;
         }
     }
     DataBlock* block_p = total > 0 ? DataBlockPools::acquire(total, BlockOwner::BROKER) : nullptr;
@@ -126,23 +146,35 @@ WireMessage* WireMessage::snapshot(const Message& msg) {
     }
     std::uint8_t* out_p = block_p != nullptr ? block_p->bytes() : nullptr;
     for (int i = 0; i < NUM_PARTS; ++i) {
-        const Part& part = msg.part(static_cast<PartId>(i));
-        if (!part.present()) {
+        const Source& part = sources[i];
+        if (part.data_p == nullptr) {
             wire_p->parts_m[i] = View();
             continue;
         }
-        if (part.size() > 0) {
-            std::memcpy(out_p, part.data(), part.size());
+        if (part.size > 0) {
+            std::memcpy(out_p, part.data_p, part.size);
         }
         wire_p->parts_m[i].data_p = out_p;
-        wire_p->parts_m[i].size = part.size();
-        out_p += part.size();
+        wire_p->parts_m[i].size = part.size;
+        out_p += part.size;
         if (isTextPart(static_cast<PartId>(i))) {
             *out_p++ = 0;
         }
     }
     wire_p->block_mp = block_p;
     wire_p->header_m = msg.header();
+    if (overrides.destination_p != nullptr) {
+        wire_p->header_m.destinationType = overrides.destinationType;
+    }
+    if (overrides.replyTo_p != nullptr) {
+        wire_p->header_m.replyToType = overrides.replyToType;
+    }
+    if (overrides.markAsReply) {
+        wire_p->header_m.isReply = true;
+    }
+    if (overrides.requestCorrelation != 0) {
+        wire_p->header_m.requestCorrelation = overrides.requestCorrelation;
+    }
     wire_p->hasCorrelationTag_m = msg.hasCorrelationTag();
     wire_p->correlationTag_mp = msg.correlationTag();
     wire_p->contentSize_m = content;

@@ -76,6 +76,18 @@ struct DeliveryInfo {
     zorClient_replicationGroupMessageId_t replicationGroupMessageId = {};
 };
 
+// What a request or a reply carries instead of the sender's own fields: the library addresses
+// them (a request's reply-to is the session's inbox; a reply goes to its request's reply-to)
+// without touching the application's message. Texts are read during snapshot() only.
+struct WireOverrides {
+    const char* destination_p = nullptr;  // null: the message's own destination
+    zorClient_destinationType_t destinationType = ZORCLIENT_TOPIC_DESTINATION;
+    const char* replyTo_p = nullptr;  // null: the message's own reply-to
+    zorClient_destinationType_t replyToType = ZORCLIENT_TOPIC_DESTINATION;
+    bool markAsReply = false;
+    std::uint64_t requestCorrelation = 0;  // 0: the message's own
+};
+
 class WireMessage {
   public:
     // The broker copy of message msg, with one reference for the caller. Fails (error info set)
@@ -84,6 +96,8 @@ class WireMessage {
                                            WireMessage** wire_p) noexcept;
     // The same for a message already looked up. Throws std::bad_alloc.
     static WireMessage* snapshot(const Message& msg);
+    // The same with fields replaced by overrides.
+    static WireMessage* snapshot(const Message& msg, const WireOverrides& overrides);
 
     // A library message for one delivery of this copy, into *msg_p (see DELIVERY above). Fails
     // (error info set, *msg_p null) only when memory runs out or delivery is not valid.

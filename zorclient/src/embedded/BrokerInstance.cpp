@@ -1,5 +1,7 @@
 #include "embedded/BrokerInstance.h"
 
+#include <new>
+
 #include "api/LastError.h"
 
 namespace zorvane::zorclient {
@@ -17,10 +19,18 @@ zorClient_returnCode_t failNameInUse(const std::string& instance, const std::str
     return ZORCLIENT_FAIL;
 }
 
+zorClient_returnCode_t failNotAttached(const std::string& instance) {
+    return LastError::fail(ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED,
+                           "the session is not connected to embedded broker \"%s\"",
+                           instance.c_str());
+}
+
 }  // namespace
 
 zorClient_returnCode_t BrokerInstance::attach(ClientConnection& connection,
-                                              const std::string& clientName) {
+                                              const std::string& clientName,
+                                              const std::string& inboxTopic,
+                                              const ConnectionSettings& settings) {
     std::lock_guard<std::mutex> lock(mutex_m);
     if (connection.attached_m) {
         return ZORCLIENT_OK;
@@ -28,7 +38,15 @@ zorClient_returnCode_t BrokerInstance::attach(ClientConnection& connection,
     if (clients_m.count(clientName) != 0) {
         return failNameInUse(name_m, clientName);
     }
-    clients_m.emplace(clientName, &connection);
+    auto entry = clients_m.emplace(clientName, &connection).first;
+    try {
+        connection.inboxTopic_m = inboxTopic;
+        connection.settings_m = settings;
+        router_m.attach(connection);
+    } catch (...) {
+        clients_m.erase(entry);
+        throw;
+    }
     connection.clientName_m = clientName;
     connection.attached_m = true;
     connection.id_m = ++lastConnectionId_m;
@@ -41,16 +59,16 @@ void BrokerInstance::detach(ClientConnection& connection) noexcept {
         return;
     }
     clients_m.erase(connection.clientName_m);
+    router_m.detach(connection);
     connection.attached_m = false;
 }
 
 zorClient_returnCode_t BrokerInstance::rename(ClientConnection& connection,
-                                              const std::string& clientName) {
+                                              const std::string& clientName,
+                                              const std::string& inboxTopic) {
     std::lock_guard<std::mutex> lock(mutex_m);
     if (!connection.attached_m) {
-        return LastError::fail(ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED,
-                               "the session is not connected to embedded broker \"%s\"",
-                               name_m.c_str());
+        return failNotAttached(name_m);
     }
     if (clientName == connection.clientName_m) {
         return ZORCLIENT_OK;
@@ -58,9 +76,51 @@ zorClient_returnCode_t BrokerInstance::rename(ClientConnection& connection,
     if (clients_m.count(clientName) != 0) {
         return failNameInUse(name_m, clientName);
     }
+    // The inbox follows the name: the old one stops being routable at once.
+    auto entry = clients_m.emplace(clientName, &connection).first;
+    try {
+        router_m.moveInbox(connection, inboxTopic);
+    } catch (...) {
+        clients_m.erase(entry);
+        throw;
+    }
     clients_m.erase(connection.clientName_m);
-    clients_m.emplace(clientName, &connection);
     connection.clientName_m = clientName;
+    return ZORCLIENT_OK;
+}
+
+zorClient_returnCode_t BrokerInstance::subscribe(ClientConnection& connection,
+                                                 std::string_view topic, bool deliverAlways) {
+    std::lock_guard<std::mutex> lock(mutex_m);
+    if (!connection.attached_m) {
+        return failNotAttached(name_m);
+    }
+    router_m.subscribe(connection, topic, deliverAlways);
+    return ZORCLIENT_OK;
+}
+
+zorClient_returnCode_t BrokerInstance::unsubscribe(ClientConnection& connection,
+                                                   std::string_view topic) {
+    std::lock_guard<std::mutex> lock(mutex_m);
+    if (!connection.attached_m) {
+        return failNotAttached(name_m);
+    }
+    router_m.unsubscribe(connection, topic);
+    return ZORCLIENT_OK;
+}
+
+std::string BrokerInstance::inboxOf(ClientConnection& connection) {
+    std::lock_guard<std::mutex> lock(mutex_m);
+    return connection.inboxTopic_m;
+}
+
+zorClient_returnCode_t BrokerInstance::publish(ClientConnection& sender, WireMessage& wire,
+                                               PublishResult* result_p) {
+    std::lock_guard<std::mutex> lock(mutex_m);
+    if (!sender.attached_m) {
+        return failNotAttached(name_m);
+    }
+    router_m.route(sender, wire, result_p);
     return ZORCLIENT_OK;
 }
 

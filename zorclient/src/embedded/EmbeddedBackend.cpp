@@ -4,6 +4,8 @@
 
 #include "api/LastError.h"
 #include "api/Logger.h"
+#include "core/Message.h"
+#include "core/WireMessage.h"
 #include "embedded/BrokerRegistry.h"
 #include "embedded/EmbeddedCapabilities.h"
 #include "zorclientBuildInfo.h"
@@ -71,55 +73,63 @@ zorClient_returnCode_t EmbeddedBackend::connect(const ConnectRequest& request,
         *identity_p = identityOf(connection_m.clientName_m);
         return ZORCLIENT_OK;
     }
-    EmbeddedConfig config;
-    zorClient_returnCode_t rc = EmbeddedConfig::parse(PropertyList(request.backendProperties),
-                                                      "zorClient_session_connect", false, &config);
+    if (instance_m == nullptr) {
+        EmbeddedConfig config;
+        zorClient_returnCode_t rc = EmbeddedConfig::parse(
+            PropertyList(request.backendProperties), "zorClient_session_connect", false, &config);
+        if (rc != ZORCLIENT_OK) {
+            return rc;
+        }
+        bool created = false;
+        std::shared_ptr<BrokerInstance> instance =
+            BrokerRegistry::obtain(instanceName_m, config, &created);
+        if (!created && !(instance->config() == config)) {
+            ZC_LOG(ZORCLIENT_LOG_NOTICE,
+                   "embedded broker \"%s\" keeps the configuration of the session that created "
+                   "it; the \"EMBEDDED_...\" properties of client \"%s\" are ignored",
+                   instanceName_m.c_str(), request.clientName.c_str());
+        }
+        // Kept from now on: publishing threads read it without a lock once they have seen the
+        // backend connected, so it is written only this once.
+        instance_m = std::move(instance);
+    }
+    ConnectionSettings settings;
+    settings.noLocal = request.noLocal;
+    settings.localPriority = request.subscriberLocalPriority;
+    settings.egressLimitBytes = request.egressLimitBytes;
+    const SessionIdentity identity = identityOf(request.clientName);
+    zorClient_returnCode_t rc =
+        instance_m->attach(connection_m, request.clientName, identity.inboxTopic, settings);
     if (rc != ZORCLIENT_OK) {
         return rc;
     }
-    bool created = false;
-    std::shared_ptr<BrokerInstance> instance =
-        BrokerRegistry::obtain(instanceName_m, config, &created);
-    if (!created && !(instance->config() == config)) {
-        ZC_LOG(ZORCLIENT_LOG_NOTICE,
-               "embedded broker \"%s\" keeps the configuration of the session that created it; "
-               "the \"EMBEDDED_...\" properties of client \"%s\" are ignored",
-               instanceName_m.c_str(), request.clientName.c_str());
-    }
-    rc = instance->attach(connection_m, request.clientName);
-    if (rc != ZORCLIENT_OK) {
-        return rc;
-    }
-    instance_m = std::move(instance);
     connected_m.store(true, std::memory_order_release);
-    *identity_p = identityOf(request.clientName);
+    *identity_p = identity;
     return ZORCLIENT_OK;
 }
 
 void EmbeddedBackend::disconnect() noexcept {
     if (instance_m != nullptr) {
         instance_m->detach(connection_m);
-        instance_m.reset();
     }
     connected_m.store(false, std::memory_order_release);
 }
 
 zorClient_returnCode_t EmbeddedBackend::rename(const std::string& clientName,
                                                SessionIdentity* identity_p) {
-    if (instance_m == nullptr) {
-        return LastError::fail(ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED,
-                               "the session is not connected to embedded broker \"%s\"",
-                               instanceName_m.c_str());
+    if (!connected_m.load(std::memory_order_acquire)) {
+        return failNotConnected();
     }
-    zorClient_returnCode_t rc = instance_m->rename(connection_m, clientName);
+    SessionIdentity identity = identityOf(clientName);
+    zorClient_returnCode_t rc = instance_m->rename(connection_m, clientName, identity.inboxTopic);
     if (rc == ZORCLIENT_OK) {
-        *identity_p = identityOf(clientName);
+        *identity_p = std::move(identity);
     }
     return rc;
 }
 
 void EmbeddedBackend::dropConnection(ConnectionLoss* loss_p) noexcept {
-    if (instance_m != nullptr) {
+    if (connected_m.load(std::memory_order_acquire)) {
         lastLoss_m.subCode = instance_m->config().sessionDownSubcode;
         lastLoss_m.responseCode = 0;
         try {
@@ -142,22 +152,102 @@ int EmbeddedBackend::capability(std::string_view name) const noexcept {
     return EmbeddedCapabilities::answer(name);
 }
 
-zorClient_returnCode_t EmbeddedBackend::subscribe(const SubscriptionRequest&) {
-    return notBuilt("topic subscription");
+zorClient_returnCode_t EmbeddedBackend::failNotConnected() const {
+    return LastError::fail(ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED,
+                           "the session is not connected to embedded broker \"%s\"",
+                           instanceName_m.c_str());
 }
-zorClient_returnCode_t EmbeddedBackend::unsubscribe(const SubscriptionRequest&) {
-    return notBuilt("topic unsubscription");
+
+zorClient_returnCode_t EmbeddedBackend::subscribe(const SubscriptionRequest& request) {
+    if (!request.queueName.empty() || !request.onBehalfOfClient.empty()) {
+        return notBuilt("adding topic subscriptions to endpoints or other clients");
+    }
+    if (!connected_m.load(std::memory_order_acquire)) {
+        return failNotConnected();
+    }
+    return instance_m->subscribe(
+        connection_m, request.topic,
+        (request.flags & ZORCLIENT_SUBSCRIBE_FLAGS_RX_ALL_DELIVER_TO_ONE) != 0);
 }
-zorClient_returnCode_t EmbeddedBackend::publish(const PublishRequest&) {
-    return notBuilt("publishing");
+
+zorClient_returnCode_t EmbeddedBackend::unsubscribe(const SubscriptionRequest& request) {
+    if (!request.queueName.empty() || !request.onBehalfOfClient.empty()) {
+        return notBuilt("removing topic subscriptions of endpoints or other clients");
+    }
+    if (!connected_m.load(std::memory_order_acquire)) {
+        return failNotConnected();
+    }
+    return instance_m->unsubscribe(connection_m, request.topic);
 }
-zorClient_returnCode_t EmbeddedBackend::request(const PublishRequest&, std::uint64_t) {
-    return notBuilt("request and reply");
+
+zorClient_returnCode_t EmbeddedBackend::publishDirect(const PublishRequest& request,
+                                                      const WireOverrides& overrides) {
+    const Message& msg = *request.message_p;
+    const zorClient_destinationType_t destinationType = overrides.destination_p != nullptr
+                                                            ? overrides.destinationType
+                                                            : msg.header().destinationType;
+    if (destinationType == ZORCLIENT_QUEUE_DESTINATION ||
+        destinationType == ZORCLIENT_QUEUE_TEMP_DESTINATION) {
+        return LastError::fail(ZORCLIENT_SUBCODE_NOT_SUPPORTED,
+                               "the message is addressed to a queue; the embedded broker of this "
+                               "build delivers direct messages to topics only");
+    }
+    if (msg.header().deliveryMode != ZORCLIENT_DELIVERY_MODE_DIRECT) {
+        return LastError::fail(ZORCLIENT_SUBCODE_NOT_SUPPORTED,
+                               "the message is persistent or non-persistent; the embedded broker "
+                               "of this build carries direct messages only");
+    }
+    if (request.transactionId != 0) {
+        return notBuilt("transacted publishing");
+    }
+    if (!connected_m.load(std::memory_order_acquire)) {
+        return failNotConnected();
+    }
+    WireMessage* wire_p = WireMessage::snapshot(msg, overrides);
+    if (wire_p->contentSize() > MAX_MESSAGE_SIZE) {
+        const std::size_t size = wire_p->contentSize();
+        wire_p->release();
+        return LastError::fail(ZORCLIENT_SUBCODE_MESSAGE_TOO_BIG,
+                               "the message has %zu bytes; embedded broker \"%s\" takes at most %u",
+                               size, instanceName_m.c_str(), MAX_MESSAGE_SIZE);
+    }
+    zorClient_returnCode_t rc = ZORCLIENT_FAIL;
+    try {
+        rc = instance_m->publish(connection_m, *wire_p, request.result_p);
+    } catch (...) {
+        wire_p->release();
+        throw;
+    }
+    wire_p->release();
+    return rc;
 }
+
+zorClient_returnCode_t EmbeddedBackend::publish(const PublishRequest& request) {
+    static const WireOverrides none_s;
+    return publishDirect(request, request.overrides_p != nullptr ? *request.overrides_p : none_s);
+}
+
+zorClient_returnCode_t EmbeddedBackend::request(const PublishRequest& request,
+                                                std::uint64_t requestId) {
+    if (!connected_m.load(std::memory_order_acquire)) {
+        return failNotConnected();
+    }
+    const std::string inbox = instance_m->inboxOf(connection_m);
+    WireOverrides overrides =
+        request.overrides_p != nullptr ? *request.overrides_p : WireOverrides();
+    overrides.replyTo_p = inbox.c_str();
+    overrides.replyToType = ZORCLIENT_TOPIC_DESTINATION;
+    overrides.requestCorrelation = requestId;
+    return publishDirect(request, overrides);
+}
+
+// The embedded broker keeps no state per request: a reply finds its waiter through core.
 void EmbeddedBackend::endRequest(std::uint64_t) noexcept {}
-zorClient_returnCode_t EmbeddedBackend::reply(const PublishRequest&) {
-    return notBuilt("request and reply");
+
+zorClient_returnCode_t EmbeddedBackend::reply(const PublishRequest& request) {
+    return publish(request);
 }
+
 zorClient_returnCode_t EmbeddedBackend::bindFlow(const FlowBindRequest&, FlowBinding*) {
     return notBuilt("binding a flow");
 }

@@ -1,12 +1,14 @@
 // The Backend of "embedded" and "embedded://NAME" hosts: a session's way into the in-process
 // broker instance NAME, shared by every session of the process that names it.
 //
-// Now: connect, disconnect, rename, dropConnection (forced failures), identity, peer and
-// capabilities. The messaging operations answer ZORCLIENT_SUBCODE_NOT_SUPPORTED until the
-// routing, endpoint, transaction and cache work build them.
+// Now: connect, disconnect, rename, dropConnection (forced failures), identity, peer,
+// capabilities, and direct messaging (topic subscriptions, publishing, requests and replies).
+// The endpoint, transaction and cache operations answer ZORCLIENT_SUBCODE_NOT_SUPPORTED until
+// that work builds them.
 //
-// Threads: as Backend. The instance pointer is only changed by the four connection operations,
-// which core serialises.
+// Threads: as Backend. The instance pointer is set by the first connect and kept until the
+// backend goes, so that publishing threads may use it without a lock once they have seen the
+// backend connected; core serialises the four connection operations.
 #pragma once
 
 #include <atomic>
@@ -67,11 +69,14 @@ class EmbeddedBackend final : public Backend {
 
   private:
     SessionIdentity identityOf(const std::string& clientName) const;
+    zorClient_returnCode_t failNotConnected() const;
+    zorClient_returnCode_t publishDirect(const PublishRequest& request,
+                                         const WireOverrides& overrides);
 
     const std::string instanceName_m;
     ClientConnection connection_m;
-    // Held only while connected, so that an instance nobody is connected to can be forgotten
-    // at zorClient_cleanup and a later connect finds a fresh one.
+    // From the first connect on; an instance is forgotten at zorClient_cleanup once no backend
+    // holds it.
     std::shared_ptr<BrokerInstance> instance_m;
     std::atomic<bool> connected_m{false};
     ConnectionLoss lastLoss_m;

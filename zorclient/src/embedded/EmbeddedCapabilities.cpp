@@ -11,8 +11,9 @@ struct Capability {
     bool offered;
 };
 
-// The routing, endpoint, transaction, replay and cache work turn their entries on as the
-// broker gains the feature; until then an application must not be told it can rely on it.
+// The endpoint, transaction, replay and cache work turn their entries on as the broker gains
+// the feature; until then an application must not be told it can rely on it. Direct messaging
+// brings no-local delivery and per-topic sequence numbers.
 constexpr Capability CAPABILITIES[] = {
     {ZORCLIENT_SESSION_CAPABILITY_PUB_GUARANTEED, false},
     {ZORCLIENT_SESSION_CAPABILITY_SUB_FLOW_GUARANTEED, false},
@@ -29,9 +30,9 @@ constexpr Capability CAPABILITIES[] = {
     {ZORCLIENT_SESSION_CAPABILITY_QUEUE_SUBSCRIPTIONS, false},
     {ZORCLIENT_SESSION_CAPABILITY_SUBSCRIPTION_MANAGER, false},
     {ZORCLIENT_SESSION_CAPABILITY_MESSAGE_ELIDING, false},
-    {ZORCLIENT_SESSION_CAPABILITY_NO_LOCAL, false},
+    {ZORCLIENT_SESSION_CAPABILITY_NO_LOCAL, true},
     {ZORCLIENT_SESSION_CAPABILITY_ACTIVE_FLOW_INDICATION, false},
-    {ZORCLIENT_SESSION_CAPABILITY_PER_TOPIC_SEQUENCE_NUMBERING, false},
+    {ZORCLIENT_SESSION_CAPABILITY_PER_TOPIC_SEQUENCE_NUMBERING, true},
     {ZORCLIENT_SESSION_CAPABILITY_ENDPOINT_DISCARD_BEHAVIOR, false},
     {ZORCLIENT_SESSION_CAPABILITY_CUT_THROUGH, false},
     {ZORCLIENT_SESSION_CAPABILITY_TRANSACTED_SESSION, false},

@@ -1,27 +1,9 @@
-// Session entry points not built yet: sending, subscriptions, endpoints and the objects made on
-// a session.
+// Session entry points not built yet: endpoints, subscriptions on endpoints and for other
+// clients, and the objects made on a session.
 #include "api/stubs/NotSupported.h"
 
 extern "C" {
 
-ZC_NOT_SUPPORTED_RC(zorClient_session_sendMsg, (zorClient_opaqueSession_pt, zorClient_opaqueMsg_pt))
-ZC_NOT_SUPPORTED_RC(zorClient_session_sendMultipleMsg,
-                    (zorClient_opaqueSession_pt, zorClient_opaqueMsg_pt*, zorClient_uint32_t,
-                     zorClient_uint32_t*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_sendRequest,
-                    (zorClient_opaqueSession_pt, zorClient_opaqueMsg_pt, zorClient_opaqueMsg_pt*,
-                     zorClient_uint32_t))
-
-ZC_NOT_SUPPORTED_RC(zorClient_session_topicSubscribeExt,
-                    (zorClient_opaqueSession_pt, zorClient_subscribeFlags_t, const char*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_topicUnsubscribeExt,
-                    (zorClient_opaqueSession_pt, zorClient_subscribeFlags_t, const char*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_topicSubscribeWithDispatch,
-                    (zorClient_opaqueSession_pt, zorClient_subscribeFlags_t, const char*,
-                     zorClient_session_rxMsgDispatchFuncInfo_t*, void*))
-ZC_NOT_SUPPORTED_RC(zorClient_session_topicUnsubscribeWithDispatch,
-                    (zorClient_opaqueSession_pt, zorClient_subscribeFlags_t, const char*,
-                     zorClient_session_rxMsgDispatchFuncInfo_t*, void*))
 ZC_NOT_SUPPORTED_RC(zorClient_session_endpointTopicSubscribe,
                     (zorClient_propertyArray_pt, zorClient_opaqueSession_pt,
                      zorClient_subscribeFlags_t, const char*, void*))

@@ -1,0 +1,161 @@
+#include "core/DeliveryEnvelope.h"
+
+#include <cstring>
+#include <mutex>
+#include <new>
+
+#include "api/LastError.h"
+#include "api/Logger.h"
+#include "core/MessagePool.h"
+#include "core/PoolStats.h"
+#include "core/ThreadCache.h"
+
+namespace zorvane::zorclient {
+
+// Envelopes travel from senders' threads to receivers' threads, so they pass through the
+// shared list in batches, as broker copies do. Like those they are not application objects:
+// only their memory shows, in TOTAL_MEMORY.
+class EnvelopePool {
+  public:
+    static DeliveryEnvelope* acquire() {
+        DeliveryEnvelope* envelope_p = nullptr;
+        if (!cache().take(instance(), &envelope_p)) {
+            throw std::bad_alloc();
+        }
+        return envelope_p;
+    }
+
+    static void release(DeliveryEnvelope* envelope_p) noexcept {
+        cache().give(instance(), envelope_p);
+    }
+
+    // For ThreadCache, under the pool's lock.
+    std::size_t takeBatch(DeliveryEnvelope** out_p, std::size_t most) {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        if (head_mp == nullptr) {
+            grow();
+        }
+        std::size_t count = 0;
+        while (count < most && head_mp != nullptr) {
+            out_p[count++] = head_mp;
+            head_mp = head_mp->nextFree_mp;
+        }
+        return count;
+    }
+    void giveBatch(DeliveryEnvelope* const* envelopes_p, std::size_t count) noexcept {
+        std::lock_guard<std::mutex> lock(mutex_m);
+        for (std::size_t i = 0; i < count; ++i) {
+            envelopes_p[i]->nextFree_mp = head_mp;
+            head_mp = envelopes_p[i];
+        }
+    }
+
+  private:
+    static constexpr int CHUNK = 256;
+
+    // Never destroyed: envelopes may be released by threads that run past static destruction.
+    static EnvelopePool& instance() {
+        static auto* pool_s = new EnvelopePool();
+        return *pool_s;
+    }
+    static ThreadCache<EnvelopePool, DeliveryEnvelope*>& cache() noexcept {
+        [[gnu::tls_model(
+            "initial-exec")]] static thread_local ThreadCache<EnvelopePool, DeliveryEnvelope*>
+            cache_s;
+        return cache_s;
+    }
+
+    // Under mutex_m. Chunks stay: the number of envelopes in flight is bounded by the egress
+    // limits and the context queues.
+    void grow() {
+        auto* chunk_p = new DeliveryEnvelope[CHUNK];
+        for (int i = 0; i < CHUNK; ++i) {
+            chunk_p[i].nextFree_mp = i + 1 < CHUNK ? &chunk_p[i + 1] : head_mp;
+        }
+        head_mp = chunk_p;
+        PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
+                       static_cast<std::int64_t>(sizeof(DeliveryEnvelope) * CHUNK));
+    }
+
+    std::mutex mutex_m;
+    DeliveryEnvelope* head_mp = nullptr;
+};
+
+static_assert(sizeof(DeliveryEnvelope) == 64, "an envelope is one cache line");
+
+const PayloadOps DeliveryEnvelope::OPS = {
+    &DeliveryEnvelope::makeRxMessage, &DeliveryEnvelope::freeRxMessage, &DeliveryEnvelope::release};
+
+MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
+                                      std::int64_t size) {
+    DeliveryEnvelope* envelope_p = EnvelopePool::acquire();
+    zorClient_uint32_t* ids_p = envelope_p->ids_m;
+    if (delivery.consumerIdCount > INLINE_CONSUMER_IDS) {
+        try {
+            envelope_p->idBlock_mp = DataBlockPools::acquire(
+                sizeof(zorClient_uint32_t) * delivery.consumerIdCount, BlockOwner::BROKER);
+        } catch (...) {
+            EnvelopePool::release(envelope_p);
+            throw;
+        }
+        ids_p = reinterpret_cast<zorClient_uint32_t*>(envelope_p->idBlock_mp->bytes());
+    }
+    if (delivery.consumerIdCount > 0) {
+        std::memcpy(ids_p, delivery.consumerIds_p,
+                    sizeof(zorClient_uint32_t) * delivery.consumerIdCount);
+    }
+    envelope_p->idCount_m = delivery.consumerIdCount;
+    envelope_p->topicSequenceNumber_m = delivery.topicSequenceNumber;
+    envelope_p->discardIndication_m = delivery.discardIndication;
+    wire_p->retain();
+    envelope_p->wire_mp = wire_p;
+    envelope_p->egress_mp = egress_p;
+    envelope_p->size_m = static_cast<std::uint32_t>(size);
+    if (egress_p != nullptr) {
+        egress_p->bytes.fetch_add(size, std::memory_order_relaxed);
+    }
+    return MessagePayload{envelope_p, &OPS};
+}
+
+zorClient_opaqueMsg_pt DeliveryEnvelope::makeRxMessage(void* object_p) noexcept {
+    auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
+    DeliveryInfo info;
+    info.topicSequenceNumber = envelope_p->topicSequenceNumber_m;
+    info.discardIndication = envelope_p->discardIndication_m;
+    info.consumerIdCount = envelope_p->idCount_m;
+    info.consumerIds_p =
+        envelope_p->idBlock_mp != nullptr
+            ? reinterpret_cast<const zorClient_uint32_t*>(envelope_p->idBlock_mp->bytes())
+            : envelope_p->ids_m;
+    zorClient_opaqueMsg_pt msg = nullptr;
+    if (envelope_p->wire_mp->materialize(info, &msg) != ZORCLIENT_OK) {
+        ZC_LOG(ZORCLIENT_LOG_ERROR, "a received message could not be made and is dropped: %s",
+               LastError::get().errorStr);
+        return nullptr;
+    }
+    return msg;
+}
+
+void DeliveryEnvelope::freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept {
+    Message* msg_p = MessagePool::lookup(msg);
+    if (msg_p != nullptr) {
+        MessagePool::free(msg_p);
+    }
+}
+
+void DeliveryEnvelope::release(void* object_p) noexcept {
+    auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
+    if (envelope_p->egress_mp != nullptr) {
+        envelope_p->egress_mp->bytes.fetch_sub(envelope_p->size_m, std::memory_order_relaxed);
+        envelope_p->egress_mp = nullptr;
+    }
+    if (envelope_p->idBlock_mp != nullptr) {
+        DataBlockPools::release(envelope_p->idBlock_mp);
+        envelope_p->idBlock_mp = nullptr;
+    }
+    envelope_p->wire_mp->release();
+    envelope_p->wire_mp = nullptr;
+    EnvelopePool::release(envelope_p);
+}
+
+}  // namespace zorvane::zorclient

@@ -1,0 +1,78 @@
+// One direct delivery of a broker copy to one receiver, as it waits in the receiver's context
+// queue: a reference to the shared, immutable WireMessage plus what belongs to this delivery
+// alone (discard indication, topic sequence number, consumer ids). It is the payload object of
+// a Delivery event; its PayloadOps make the receive message on the context thread right before
+// the callback (WireMessage::materialize) and give everything back after. Deliveries from
+// endpoints, which carry more (message id, redelivery), are payloads of their own kind.
+//
+// One cache line: it is written on the sender's thread and read on the receiver's, so its size
+// is what crosses between them besides the copy.
+//
+// Egress accounting: a delivery may count its size against the receiver's bounded egress
+// (Egress::bytes): added by the broker when it queues the delivery, taken off when the payload
+// is released, whichever thread does that. The Egress must outlive the payload (the receiving
+// session owns it, and queued events keep the session alive).
+//
+// Envelopes come from a pool with per-thread caches, like broker copies: made on the sender's
+// thread, released on the receiver's, no allocation per message once warm.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "core/Event.h"
+#include "core/WireMessage.h"
+
+namespace zorvane::zorclient {
+
+class alignas(64) DeliveryEnvelope {
+  public:
+    // Bytes of one receiver's deliveries that are queued or being handled.
+    struct Egress {
+        std::atomic<std::int64_t> bytes{0};
+    };
+
+    // What a direct delivery adds to the message.
+    struct Direct {
+        zorClient_int64_t topicSequenceNumber = 0;  // 0: the sender's, if it set one
+        bool discardIndication = false;
+        const zorClient_uint32_t* consumerIds_p = nullptr;  // copied
+        std::uint32_t consumerIdCount = 0;
+    };
+
+    // Consumer ids kept in the envelope itself; more go to a data block.
+    static constexpr std::uint32_t INLINE_CONSUMER_IDS = 4;
+
+    // A payload for one delivery of wire: takes a reference on wire of its own. egress_p may be
+    // null (no accounting), else size is added to it here and taken off at release. Throws
+    // std::bad_alloc (nothing is then taken).
+    static MessagePayload make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
+                               std::int64_t size);
+
+    // The operations of every envelope payload.
+    static const PayloadOps OPS;
+
+  private:
+    friend class EnvelopePool;
+
+    static zorClient_opaqueMsg_pt makeRxMessage(void* object_p) noexcept;
+    static void freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept;
+    static void release(void* object_p) noexcept;
+
+    union {
+        WireMessage* wire_mp;
+        DeliveryEnvelope* nextFree_mp;  // while in the pool
+    };
+    Egress* egress_mp = nullptr;
+    zorClient_int64_t topicSequenceNumber_m = 0;
+    std::uint32_t size_m = 0;
+    std::uint32_t idCount_m = 0;
+    DataBlock* idBlock_mp = nullptr;  // consumer ids beyond INLINE_CONSUMER_IDS
+    zorClient_uint32_t ids_m[INLINE_CONSUMER_IDS] = {};
+    bool discardIndication_m = false;
+
+  public:
+    DeliveryEnvelope() : wire_mp(nullptr) {}
+};
+
+}  // namespace zorvane::zorclient

@@ -1,0 +1,215 @@
+#include "embedded/DirectRouter.h"
+
+#include <algorithm>
+#include <new>
+
+namespace zorvane::zorclient {
+
+void DirectRouter::attach(ClientConnection& connection) {
+    connection.lastTopic_m.reserve(TopicSyntax::MAX_SIZE);
+    connection.subscriptions_m.clear();
+    connection.nextConsumerId_m = 1;
+    connection.discardPending_m = false;
+    index_m.add(connection.inboxTopic_m, Match{&connection, 0, false});
+    ++generation_m;
+}
+
+void DirectRouter::detach(ClientConnection& connection) noexcept {
+    index_m.remove(connection.inboxTopic_m, Match{&connection, 0, false});
+    for (const DirectSubscription& subscription : connection.subscriptions_m) {
+        index_m.remove(subscription.topic,
+                       Match{&connection, subscription.consumerId, subscription.deliverAlways});
+    }
+    connection.subscriptions_m.clear();
+    ++generation_m;
+}
+
+void DirectRouter::moveInbox(ClientConnection& connection, const std::string& inboxTopic) {
+    std::string moved = inboxTopic;
+    index_m.add(moved, Match{&connection, 0, false});
+    index_m.remove(connection.inboxTopic_m, Match{&connection, 0, false});
+    connection.inboxTopic_m.swap(moved);
+    ++generation_m;
+}
+
+void DirectRouter::subscribe(ClientConnection& connection, std::string_view topic,
+                             bool deliverAlways) {
+    for (const DirectSubscription& subscription : connection.subscriptions_m) {
+        if (subscription.topic == topic) {
+            return;
+        }
+    }
+    DirectSubscription added{std::string(topic), connection.nextConsumerId_m, deliverAlways};
+    connection.subscriptions_m.push_back(added);
+    try {
+        index_m.add(topic, Match{&connection, added.consumerId, deliverAlways});
+    } catch (...) {
+        connection.subscriptions_m.pop_back();
+        throw;
+    }
+    ++connection.nextConsumerId_m;
+    ++generation_m;
+}
+
+bool DirectRouter::unsubscribe(ClientConnection& connection, std::string_view topic) noexcept {
+    auto& subscriptions = connection.subscriptions_m;
+    auto it = std::find_if(subscriptions.begin(), subscriptions.end(),
+                           [&](const DirectSubscription& s) { return s.topic == topic; });
+    if (it == subscriptions.end()) {
+        return false;
+    }
+    index_m.remove(topic, Match{&connection, it->consumerId, it->deliverAlways});
+    subscriptions.erase(it);
+    ++generation_m;
+    return true;
+}
+
+void DirectRouter::refresh(TopicState& state, std::string_view topic) {
+    scratch_m.clear();
+    index_m.match(topic, [this](const Match& match) { scratch_m.push_back(match); });
+    // By connection (in the order they connected, so that deliver-to-one turns are fair and
+    // repeatable), then consumer id: each connection's ids come out ascending.
+    std::sort(scratch_m.begin(), scratch_m.end(), [](const Match& a, const Match& b) {
+        return a.connection_p->id_m != b.connection_p->id_m
+                   ? a.connection_p->id_m < b.connection_p->id_m
+                   : a.consumerId < b.consumerId;
+    });
+    state.targets.clear();
+    state.ids.clear();
+    for (const Match& match : scratch_m) {
+        if (state.targets.empty() || state.targets.back().connection_p != match.connection_p) {
+            state.targets.push_back(Target{
+                match.connection_p, static_cast<std::uint32_t>(state.ids.size()), 0, false, false});
+        }
+        Target& target = state.targets.back();
+        if (match.consumerId == 0) {
+            target.inbox = true;
+        } else if (target.idCount == 0 || state.ids.back() != match.consumerId) {
+            state.ids.push_back(match.consumerId);
+            ++target.idCount;
+        }
+        target.deliverAlways = target.deliverAlways || match.deliverAlways;
+    }
+    state.generation = generation_m;
+}
+
+const DirectRouter::Target* DirectRouter::chooseOne(TopicState& state,
+                                                    const ClientConnection& sender) const noexcept {
+    std::int64_t best = INT64_MIN;
+    std::size_t tied = 0;
+    for (const Target& target : state.targets) {
+        if (target.connection_p == &sender && sender.settings_m.noLocal) {
+            continue;
+        }
+        const std::int64_t priority = target.connection_p->settings_m.localPriority;
+        if (priority > best) {
+            best = priority;
+            tied = 1;
+        } else if (priority == best) {
+            ++tied;
+        }
+    }
+    if (tied == 0) {
+        return nullptr;
+    }
+    std::size_t pick = static_cast<std::size_t>(state.turn++ % tied);
+    for (const Target& target : state.targets) {
+        if ((target.connection_p == &sender && sender.settings_m.noLocal) ||
+            target.connection_p->settings_m.localPriority != best) {
+            continue;
+        }
+        if (pick-- == 0) {
+            return &target;
+        }
+    }
+    return nullptr;
+}
+
+bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const Target& target,
+                           const TopicState& state, std::int64_t sequence) {
+    DeliveryEnvelope::Direct info;
+    info.topicSequenceNumber = sequence;
+    info.consumerIds_p = state.ids.data() + target.firstId;
+    info.consumerIdCount = target.idCount;
+    const CarriedHeader& header = wire.header();
+    if (target.inbox && header.isReply && header.requestCorrelation != 0) {
+        // A reply to a request: it ends a wait rather than queueing for the receive callback.
+        MessagePayload payload{};
+        try {
+            payload = DeliveryEnvelope::make(&wire, info, nullptr, 0);
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        if (!receiver.listener_m.onReply(header.requestCorrelation, payload)) {
+            payload.release();
+        }
+        return true;
+    }
+    const std::int64_t size = static_cast<std::int64_t>(wire.contentSize()) + MESSAGE_OVERHEAD;
+    const std::int64_t queued = receiver.egress_m.bytes.load(std::memory_order_relaxed);
+    if (queued > 0 && queued + size > receiver.settings_m.egressLimitBytes) {
+        receiver.discardPending_m = true;
+        return false;
+    }
+    info.discardIndication = receiver.discardPending_m;
+    MessagePayload payload{};
+    try {
+        payload = DeliveryEnvelope::make(&wire, info, &receiver.egress_m, size);
+    } catch (const std::bad_alloc&) {
+        receiver.discardPending_m = true;
+        return false;
+    }
+    if (!receiver.listener_m.onDelivery(nullptr, payload)) {
+        payload.release();
+        receiver.discardPending_m = true;
+        return false;
+    }
+    receiver.discardPending_m = false;
+    return true;
+}
+
+void DirectRouter::route(ClientConnection& sender, WireMessage& wire, PublishResult* result_p) {
+    const std::string_view topic = wire.destination();
+    TopicState* state_p = static_cast<TopicState*>(sender.lastTopicState_mp);
+    if (state_p == nullptr || sender.lastTopic_m != topic) {
+        auto it = topics_m.find(topic);
+        if (it == topics_m.end()) {
+            it = topics_m.emplace(std::string(topic), TopicState()).first;
+        }
+        // States are never removed and the table's nodes do not move, so the pointer stays good.
+        state_p = &it->second;
+        sender.lastTopic_m.assign(topic);
+        sender.lastTopicState_mp = state_p;
+    }
+    TopicState& state = *state_p;
+    if (state.generation != generation_m) {
+        refresh(state, topic);
+    }
+    const std::int64_t sequence =
+        wire.header().senderTopicSequenceNumber != 0 ? 0 : ++state.lastSequence;
+    std::size_t receivers = 0;
+    if (wire.header().deliverToOne) {
+        const Target* chosen_p = chooseOne(state, sender);
+        for (const Target& target : state.targets) {
+            if (&target == chosen_p || (target.deliverAlways && !(target.connection_p == &sender &&
+                                                                  sender.settings_m.noLocal))) {
+                deliver(*target.connection_p, wire, target, state, sequence);
+                ++receivers;
+            }
+        }
+    } else {
+        for (const Target& target : state.targets) {
+            if (target.connection_p == &sender && sender.settings_m.noLocal) {
+                continue;
+            }
+            deliver(*target.connection_p, wire, target, state, sequence);
+            ++receivers;
+        }
+    }
+    if (result_p != nullptr) {
+        result_p->bytes = wire.contentSize();
+        result_p->noMatch = receivers == 0;
+    }
+}
+
+}  // namespace zorvane::zorclient

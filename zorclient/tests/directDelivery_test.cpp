@@ -1,0 +1,124 @@
+// Who receives a direct message: fan-out, no-local, deliver-to-one with priorities and
+// deliver-always, topic sequence numbers, and the bounded egress with its discard indication.
+#include <gtest/gtest.h>
+
+#include "DirectTestSupport.h"
+
+namespace {
+
+using namespace zctest;
+
+TEST_F(DirectTest, EverySessionGetsAMessageOnceAndNoLocalSkipsTheSender) {
+    Peer overlapping(context());
+    overlapping.subscribe("f/>");
+    overlapping.subscribe("f/a");
+    Peer exact(context());
+    exact.subscribe("f/a");
+    Peer elsewhere(context());
+    elsewhere.subscribe("g/>");
+    Peer local(context());  // receives its own messages
+    local.subscribe("f/>");
+    Peer noLocal(context(), {"SESSION_NO_LOCAL", "1"});
+    noLocal.subscribe("f/>");
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(ZORCLIENT_OK, send(local.session, "f/a"));
+        ASSERT_EQ(ZORCLIENT_OK, send(noLocal.session, "f/a"));
+    }
+    for (Peer* peer_p : {&overlapping, &exact, &local, &noLocal}) {
+        ASSERT_TRUE(peer_p->waitFor(peer_p == &noLocal ? 10 : 20));
+    }
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(20u, overlapping.count());
+    EXPECT_EQ((std::vector<zorClient_uint32_t>{1, 2}), overlapping.received()[0].consumerIds);
+    EXPECT_EQ(20u, exact.count());
+    EXPECT_EQ(0u, elsewhere.count());
+    EXPECT_EQ(20u, local.count());
+    EXPECT_EQ(10u, noLocal.count());
+    EXPECT_EQ(20u, overlapping.rx(ZORCLIENT_STATS_RX_DIRECT_MSGS));
+    EXPECT_EQ(0u, noLocal.tx(ZORCLIENT_STATS_TX_DISCARD_NO_MATCH));
+}
+
+TEST_F(DirectTest, DeliverToOneGoesToTheHighestPriorityInTurnsAndToDeliverAlways) {
+    Peer low(context(), {"SESSION_SUBSCRIBER_LOCAL_PRIORITY", "1"});
+    Peer highA(context(), {"SESSION_SUBSCRIBER_LOCAL_PRIORITY", "3"});
+    Peer highB(context(), {"SESSION_SUBSCRIBER_LOCAL_PRIORITY", "3"});
+    Peer always(context(), {"SESSION_SUBSCRIBER_LOCAL_PRIORITY", "1"});
+    low.subscribe("d/*");
+    highA.subscribe("d/*");
+    highB.subscribe("d/x");
+    always.subscribe("d/>", ZORCLIENT_SUBSCRIBE_FLAGS_RX_ALL_DELIVER_TO_ONE);
+    // The best-placed subscriber is also the sender, and takes no messages of its own.
+    Peer sender(context(), {"SESSION_SUBSCRIBER_LOCAL_PRIORITY", "4", "SESSION_NO_LOCAL", "1"});
+    sender.subscribe("d/x");
+    OutMsg msg("d/x");
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setDeliverToOne(msg, 1));
+    for (int i = 0; i < 6; ++i) {
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(sender.session, msg));
+    }
+    ASSERT_TRUE(always.waitFor(6));
+    ASSERT_TRUE(waitUntil([&] { return highA.count() + highB.count() == 6; }));
+    EXPECT_EQ(3u, highA.count());
+    EXPECT_EQ(3u, highB.count());
+    EXPECT_EQ(0u, low.count());
+    EXPECT_EQ(0u, sender.count());
+}
+
+TEST_F(DirectTest, TopicSequenceNumbersCountPerTopicUnlessTheSenderSetsOne) {
+    Peer receiver(context());
+    receiver.subscribe("s/*");
+    Peer sender(context());
+    for (const char* topic_p : {"s/a", "s/a", "s/b", "s/a"}) {
+        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, topic_p));
+    }
+    OutMsg own("s/a");
+    ASSERT_EQ(ZORCLIENT_OK, _zorClient_msg_setTopicSequenceNumber(own, 77));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(sender.session, own));
+    ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "s/a"));
+    ASSERT_TRUE(receiver.waitFor(6));
+    std::vector<zorClient_int64_t> numbers;
+    for (const Received& r : receiver.received()) {
+        numbers.push_back(r.topicSequence);
+    }
+    EXPECT_EQ((std::vector<zorClient_int64_t>{1, 2, 1, 3, 77, 4}), numbers);
+}
+
+TEST_F(DirectTest, AReceiverThatFallsBehindLosesMessagesAndLearnsOfIt) {
+    // A context nobody processes yet: deliveries pile up in the receiver's egress, which holds
+    // 1000 bytes: three messages of 200 bytes and their overhead.
+    zorClient_opaqueContext_pt slow = nullptr;
+    zorClient_context_createFuncInfo_t funcInfo{};
+    const char* none[] = {nullptr};
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_context_create(none, &slow, &funcInfo, sizeof funcInfo));
+    const std::string payload(200, 'p');
+    {
+        Peer receiver(slow, {"SESSION_SOCKET_RCV_BUF_SIZE", "0", "SESSION_BUFFER_SIZE", "1000"});
+        receiver.subscribe("e/x");
+        Peer sender(context());
+        for (int i = 0; i < 10; ++i) {
+            ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", payload + std::to_string(i)));
+        }
+        auto drain = [&] {
+            for (int i = 0; i < 3; ++i) {
+                zorClient_context_processEvents(slow);
+            }
+        };
+        drain();
+        ASSERT_EQ(3u, receiver.count());
+        EXPECT_EQ(payload + "2", receiver.received()[2].attachment);
+        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", "after"));
+        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", "later"));
+        drain();
+        const std::vector<Received> received = receiver.received();
+        ASSERT_EQ(5u, received.size());
+        EXPECT_FALSE(received[2].discardIndication);
+        EXPECT_TRUE(received[3].discardIndication);
+        EXPECT_EQ("after", received[3].attachment);
+        EXPECT_FALSE(received[4].discardIndication);
+        EXPECT_EQ(1u, receiver.rx(ZORCLIENT_STATS_RX_DISCARD_IND));
+        EXPECT_EQ(5u, receiver.rx(ZORCLIENT_STATS_RX_DIRECT_MSGS));
+        EXPECT_EQ(12u, sender.tx(ZORCLIENT_STATS_TX_DIRECT_MSGS));
+    }
+    zorClient_context_destroy(&slow);
+}
+
+}  // namespace

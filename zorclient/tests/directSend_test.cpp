@@ -1,0 +1,267 @@
+// Sending: what a message carries, batches, blocking and non-blocking sends while reconnecting,
+// what cannot be sent, statistics, library calls from inside callbacks, and bad handles.
+#include <gtest/gtest.h>
+
+#include "DirectTestSupport.h"
+
+namespace {
+
+using namespace zctest;
+
+TEST_F(DirectTest, EveryFieldArrivesAndTheSenderMayReuseItsMessageAtOnce) {
+    Peer receiver(context());
+    receiver.subscribe("m/>");
+    std::atomic<zorClient_opaqueMsg_pt> kept{nullptr};
+    receiver.onMessage = [&](zorClient_opaqueMsg_pt msg) {
+        zorClient_opaqueMsg_pt none = nullptr;
+        return kept.compare_exchange_strong(none, msg);  // keep the first one only
+    };
+    Peer sender(context());
+    std::string body = "<xml/>";
+    std::string attachment(100, 'a');
+    OutMsg msg("m/1", "");
+    zorClient_msg_setXmlPtr(msg, body.data(), static_cast<zorClient_uint32_t>(body.size()));
+    zorClient_msg_setBinaryAttachmentPtr(msg, attachment.data(), 100);
+    zorClient_msg_setUserData(msg, "user", 4);
+    zorClient_opaqueContainer_pt map = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createUserPropertyMap(msg, &map, 100));
+    zorClient_container_addInt64(map, 42, "l");
+    zorClient_container_closeMapStream(&map);
+    zorClient_destination_t replyTo{ZORCLIENT_TOPIC_DESTINATION, "m/reply"};
+    zorClient_msg_setReplyTo(msg, &replyTo, sizeof replyTo);
+    zorClient_msg_setCorrelationId(msg, "corr");
+    zorClient_msg_setApplicationMessageId(msg, "app-id");
+    zorClient_msg_setApplicationMsgType(msg, "b");
+    zorClient_msg_setSenderId(msg, "sender");
+    zorClient_msg_setSenderTimestamp(msg, 1234);
+    zorClient_msg_setSequenceNumber(msg, 99);
+    zorClient_msg_setClassOfService(msg, ZORCLIENT_COS_3);
+    zorClient_msg_setPriority(msg, 7);
+    zorClient_msg_setDMQEligible(msg, 1);
+    zorClient_msg_setTimeToLive(msg, 60000);
+    zorClient_msg_setAckImmediately(msg, 1);
+    zorClient_msg_setHttpContentType(msg, "text/plain");
+    zorClient_msg_setHttpContentEncoding(msg, "gzip");
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(sender.session, msg));
+    // The send copied: the caller's buffers and message change, the received message does not.
+    body.assign(body.size(), 'X');
+    attachment.assign(100, 'Z');
+    zorClient_msg_reset(msg);
+    ASSERT_TRUE(waitUntil([&] { return kept.load() != nullptr; }));
+    zorClient_opaqueMsg_pt got = kept.load();
+    void* data_p = nullptr;
+    zorClient_uint32_t size = 0;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getXmlPtr(got, &data_p, &size));
+    EXPECT_EQ("<xml/>", std::string(static_cast<char*>(data_p), size));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getBinaryAttachmentPtr(got, &data_p, &size));
+    EXPECT_EQ(std::string(100, 'a'), std::string(static_cast<char*>(data_p), size));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserDataPtr(got, &data_p, &size));
+    EXPECT_EQ("user", std::string(static_cast<char*>(data_p), size));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserPropertyMap(got, &map));
+    zorClient_int64_t l = 0;
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_container_getInt64(map, &l, "l"));
+    EXPECT_EQ(42, l);
+    zorClient_container_closeMapStream(&map);
+    zorClient_destination_t destination{};
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getReplyTo(got, &destination, sizeof destination));
+    EXPECT_STREQ("m/reply", destination.dest);
+    const std::vector<std::pair<decltype(&zorClient_msg_getCorrelationId), const char*>> texts = {
+        {&zorClient_msg_getCorrelationId, "corr"},
+        {&zorClient_msg_getApplicationMessageId, "app-id"},
+        {&zorClient_msg_getApplicationMsgType, "b"},
+        {&zorClient_msg_getSenderId, "sender"},
+        {&zorClient_msg_getHttpContentType, "text/plain"},
+        {&zorClient_msg_getHttpContentEncoding, "gzip"}};
+    for (const auto& [getter, expected] : texts) {
+        const char* text_p = nullptr;
+        EXPECT_EQ(ZORCLIENT_OK, getter(got, &text_p));
+        EXPECT_STREQ(expected, text_p);
+    }
+    zorClient_int64_t number = 0;
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getSenderTimestamp(got, &number));
+    EXPECT_EQ(1234, number);
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getSequenceNumber(got, &number));
+    EXPECT_EQ(99, number);
+    zorClient_uint32_t value = 0;
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getClassOfService(got, &value));
+    EXPECT_EQ(ZORCLIENT_COS_3, value);
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getDeliveryMode(got, &value));
+    EXPECT_EQ(ZORCLIENT_RX_DELIVERY_MODE_DIRECT, value);
+    zorClient_int32_t priority = 0;
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getPriority(got, &priority));
+    EXPECT_EQ(7, priority);
+    zorClient_uint64_t expiration = 0;
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getExpiration(got, &expiration));
+    EXPECT_GT(expiration, 0u);
+    EXPECT_EQ(1, zorClient_msg_isDMQEligible(got));
+    EXPECT_EQ(1, zorClient_msg_isAckImmediately(got));
+    EXPECT_EQ(0, zorClient_msg_isReplyMsg(got));
+    // A received message goes on as it is, to another topic (reflection).
+    Peer reflected(context());
+    reflected.subscribe("r/x");
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setTopicPtr(got, "r/x"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(receiver.session, got));
+    ASSERT_TRUE(reflected.waitFor(1));
+    EXPECT_EQ(std::string(100, 'a'), reflected.received()[0].attachment);
+    zorClient_msg_free(&got);
+}
+
+TEST_F(DirectTest, SendMultipleGoesInOrderAndStopsAtTheFirstFailure) {
+    Peer receiver(context());
+    receiver.subscribe("v/>");
+    Peer sender(context());
+    OutMsg a("v/1", "a"), b("v/2", "b"), c("v/3", "c");
+    zorClient_opaqueMsg_pt batch[] = {a, b, c};
+    zorClient_uint32_t written = 0;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMultipleMsg(sender.session, batch, 3, &written));
+    EXPECT_EQ(3u, written);
+    zorClient_opaqueMsg_pt stale = nullptr;
+    zorClient_msg_alloc(&stale);
+    zorClient_opaqueMsg_pt freed = stale;
+    zorClient_msg_free(&stale);
+    zorClient_opaqueMsg_pt broken[] = {a, freed, c};
+    EXPECT_EQ(ZORCLIENT_FAIL,
+              zorClient_session_sendMultipleMsg(sender.session, broken, 3, &written));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_INVALID_HANDLE, lastError().subCode);
+    EXPECT_EQ(1u, written);
+    EXPECT_EQ(ZORCLIENT_FAIL,
+              zorClient_session_sendMultipleMsg(sender.session, batch, 51, &written));
+    ASSERT_TRUE(receiver.waitFor(4));
+    std::string order;
+    for (const Received& r : receiver.received()) {
+        order += r.attachment;
+    }
+    EXPECT_EQ("abca", order);
+}
+
+TEST_F(DirectTest, WhileReconnectingBlockingSendsWaitAndOthersGetWouldBlockThenCanSend) {
+    const std::vector<const char*> reconnect = {"SESSION_RECONNECT_RETRY_WAIT_MS", "200"};
+    auto with = [&](std::vector<const char*> more) {
+        more.insert(more.end(), reconnect.begin(), reconnect.end());
+        return more;
+    };
+    Peer blocking(context(), with({}));
+    Peer nonBlocking(context(), with({"SESSION_SEND_BLOCKING", "0"}));
+    Peer impatient(context(), with({"SESSION_WRITE_TIMEOUT_MS", "20"}));
+    for (Peer* peer_p : {&blocking, &nonBlocking, &impatient}) {
+        ASSERT_EQ(ZORCLIENT_OK, _zorClient_session_forceFailure(peer_p->session));
+        ASSERT_TRUE(peer_p->events.waitForCount(2));  // UP, RECONNECTING
+    }
+    EXPECT_EQ(ZORCLIENT_WOULD_BLOCK, send(nonBlocking.session, "b/x"));
+    EXPECT_EQ(1u, nonBlocking.tx(ZORCLIENT_STATS_TX_WOULD_BLOCK));
+    EXPECT_EQ(ZORCLIENT_FAIL, send(impatient.session, "b/x"));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_TIMEOUT, lastError().subCode);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(ZORCLIENT_OK, send(blocking.session, "b/x"));
+    EXPECT_GT(std::chrono::steady_clock::now() - start, 50ms);
+    EXPECT_EQ(1u, blocking.tx(ZORCLIENT_STATS_TX_BLOCKED_ON_SEND));
+    ASSERT_TRUE(nonBlocking.events.waitForCount(4));
+    EXPECT_EQ((std::vector<zorClient_session_event_t>{
+                  ZORCLIENT_SESSION_EVENT_UP_NOTICE, ZORCLIENT_SESSION_EVENT_RECONNECTING_NOTICE,
+                  ZORCLIENT_SESSION_EVENT_RECONNECTED_NOTICE, ZORCLIENT_SESSION_EVENT_CAN_SEND}),
+              nonBlocking.events.kinds());
+    EXPECT_EQ(ZORCLIENT_OK, send(nonBlocking.session, "b/x"));
+}
+
+TEST_F(DirectTest, WhatCannotBeSentFailsWithAReason) {
+    Peer peer(context());
+    OutMsg queued("q");
+    zorClient_msg_setQueueNamePtr(queued, "q");
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(peer.session, queued));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_NOT_SUPPORTED, lastError().subCode);
+    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "queue")) << lastError().errorStr;
+    OutMsg persistent("p/x");
+    zorClient_msg_setDeliveryMode(persistent, ZORCLIENT_DELIVERY_MODE_PERSISTENT);
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(peer.session, persistent));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_NOT_SUPPORTED, lastError().subCode);
+    zorclient_test::ScopedMsg empty;
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(peer.session, empty));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_disconnect(peer.session));
+    EXPECT_EQ(ZORCLIENT_FAIL, send(peer.session, "x"));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED, lastError().subCode);
+    EXPECT_EQ(ZORCLIENT_NOT_READY, zorClient_session_topicSubscribeExt(peer.session, 0, "x"));
+    // Null and destroyed handles.
+    zorClient_opaqueSession_pt destroyed = nullptr;
+    EventLog log;
+    ASSERT_EQ(ZORCLIENT_OK, createSession(context(), {}, &log, &destroyed));
+    zorClient_opaqueSession_pt stale = destroyed;
+    zorClient_session_destroy(&destroyed);
+    OutMsg msg("x");
+    zorClient_opaqueMsg_pt reply = nullptr;
+    zorClient_uint32_t written = 0;
+    zorClient_session_rxMsgDispatchFuncInfo_t dispatch{ZORCLIENT_DISPATCH_TYPE_CALLBACK,
+                                                       &Peer::dispatchCallback, nullptr, nullptr};
+    for (zorClient_opaqueSession_pt session : {zorClient_opaqueSession_pt{nullptr}, stale}) {
+        const zorClient_subCode_t expected = session == nullptr ? ZORCLIENT_SUBCODE_PARAM_NULL_PTR
+                                                                : ZORCLIENT_SUBCODE_INVALID_HANDLE;
+        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(session, msg));
+        EXPECT_EQ(expected, lastError().subCode);
+        EXPECT_EQ(ZORCLIENT_FAIL,
+                  zorClient_session_sendMultipleMsg(session, &msg.msg, 1, &written));
+        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendRequest(session, msg, &reply, 10));
+        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendReply(session, msg, msg));
+        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicSubscribeExt(session, 0, "x"));
+        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicUnsubscribeExt(session, 0, "x"));
+        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicSubscribeWithDispatch(session, 0, "x",
+                                                                               &dispatch, nullptr));
+        EXPECT_EQ(expected, lastError().subCode);
+    }
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(peer.session, nullptr));
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicSubscribeExt(peer.session, 0, nullptr));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
+}
+
+TEST_F(DirectTest, StatisticsCountAKnownPatternOfTraffic) {
+    Peer receiverA(context());
+    Peer receiverB(context());
+    receiverA.subscribe("t/>");
+    receiverB.subscribe("t/a");
+    Peer sender(context());
+    const std::string payload(50, 'x');
+    const std::uint64_t size = payload.size() + std::strlen("t/a");  // all parts, topic included
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "t/a", payload));
+    }
+    ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "t/b", payload));
+    ASSERT_TRUE(receiverA.waitFor(6));
+    ASSERT_TRUE(receiverB.waitFor(5));
+    EXPECT_EQ(6u, sender.tx(ZORCLIENT_STATS_TX_TOTAL_DATA_MSGS));
+    EXPECT_EQ(6u, sender.tx(ZORCLIENT_STATS_TX_DIRECT_MSGS));
+    EXPECT_EQ(6 * size, sender.tx(ZORCLIENT_STATS_TX_DIRECT_BYTES));
+    EXPECT_EQ(6 * size, sender.tx(ZORCLIENT_STATS_TX_TOTAL_DATA_BYTES));
+    EXPECT_EQ(1u, receiverA.tx(ZORCLIENT_STATS_TX_CTL_MSGS));
+    EXPECT_EQ(6u, receiverA.rx(ZORCLIENT_STATS_RX_DIRECT_MSGS));
+    EXPECT_EQ(6 * size, receiverA.rx(ZORCLIENT_STATS_RX_TOTAL_DATA_BYTES));
+    EXPECT_EQ(5u, receiverB.rx(ZORCLIENT_STATS_RX_TOTAL_DATA_MSGS));
+    EXPECT_EQ(5 * size, receiverB.rx(ZORCLIENT_STATS_RX_DIRECT_BYTES));
+    EXPECT_EQ(0u, receiverB.rx(ZORCLIENT_STATS_RX_DISCARD_IND));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_clearStats(sender.session));
+    EXPECT_EQ(0u, sender.tx(ZORCLIENT_STATS_TX_TOTAL_DATA_MSGS));
+}
+
+TEST_F(DirectTest, ACallbackMaySubscribeAndSendAndKeepItsMessage) {
+    Peer peer(context());
+    peer.subscribe("in/x");
+    std::vector<zorClient_opaqueMsg_pt> taken;  // filled on the context thread
+    std::atomic<std::size_t> takenCount{0};
+    peer.onMessage = [&](zorClient_opaqueMsg_pt msg) {
+        if (peer.count() == 1) {
+            EXPECT_EQ(ZORCLIENT_OK, zorClient_session_topicSubscribeExt(peer.session, 0, "more/>"));
+            EXPECT_EQ(ZORCLIENT_OK, send(peer.session, "more/x", "from the callback"));
+        }
+        taken.push_back(msg);
+        takenCount.store(taken.size());
+        return true;
+    };
+    Peer sender(context());
+    ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "in/x"));
+    ASSERT_TRUE(waitUntil([&] { return takenCount.load() == 2; }));
+    EXPECT_EQ("from the callback", peer.received()[1].attachment);
+    EXPECT_EQ(2u, zorclient_test::stat(ZORCLIENT_MSG_STATS_ALLOC_MSGS));
+    for (zorClient_opaqueMsg_pt msg : taken) {
+        zorClient_msg_free(&msg);
+    }
+}
+
+}  // namespace
