@@ -1,6 +1,7 @@
 // Direct messaging through the messaging library's embedded broker, as a load run drives it:
 // one publisher thread sending 100-byte messages to sessions on one receiving context whose
-// events run on the library's own thread.
+// events run on the library's own thread. With two processors or more, the publisher runs on
+// CPU 0 and the context thread on CPU 1, so that the two never share a processor nor migrate.
 //
 //   BM_DirectThroughput/N/P  messages per second to N receiving sessions (N deliveries per
 //                          send), the receiving context sleeping when idle (P 0) or spinning
@@ -17,6 +18,8 @@
 //                          time of one message from send to the end of its callback, without
 //                          the wake-ups and cache transfers between two threads.
 #include <benchmark/benchmark.h>
+#include <pthread.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <atomic>
@@ -85,11 +88,21 @@ class Rig {
     Rig(benchmark::State& state, int receivers, zorClient_session_rxMsgCallbackFunc_t callback_p,
         const char* busyPollUs, const char* ownThread = "1") {
         zorClient_initialize(ZORCLIENT_LOG_WARNING, nullptr);
-        const char* contextProps[] = {"CONTEXT_CREATE_THREAD", ownThread, "CONTEXT_BUSY_POLL_US",
-                                      busyPollUs, nullptr};
+        const bool pin = std::thread::hardware_concurrency() >= 2 && std::string(ownThread) == "1";
+        std::vector<const char*> contextProps = {"CONTEXT_CREATE_THREAD", ownThread,
+                                                 "CONTEXT_BUSY_POLL_US", busyPollUs};
+        if (pin) {
+            contextProps.insert(contextProps.end(), {"CONTEXT_THREAD_AFFINITY_CPU_LIST", "1"});
+            pthread_getaffinity_np(pthread_self(), sizeof savedCpus_m, &savedCpus_m);
+            cpu_set_t first;
+            CPU_ZERO(&first);
+            CPU_SET(0, &first);
+            pinned_m = pthread_setaffinity_np(pthread_self(), sizeof first, &first) == 0;
+        }
+        contextProps.push_back(nullptr);
         zorClient_context_createFuncInfo_t contextInfo{};
-        if (zorClient_context_create(contextProps, &context_m, &contextInfo, sizeof contextInfo) !=
-            ZORCLIENT_OK) {
+        if (zorClient_context_create(contextProps.data(), &context_m, &contextInfo,
+                                     sizeof contextInfo) != ZORCLIENT_OK) {
             fail(state);
             return;
         }
@@ -120,6 +133,9 @@ class Rig {
             zorClient_session_destroy(&session);
         }
         zorClient_context_destroy(&context_m);
+        if (pinned_m) {
+            pthread_setaffinity_np(pthread_self(), sizeof savedCpus_m, &savedCpus_m);
+        }
     }
 
     zorClient_opaqueContext_pt context() const { return context_m; }
@@ -142,6 +158,8 @@ class Rig {
     zorClient_opaqueContext_pt context_m = nullptr;
     std::vector<zorClient_opaqueSession_pt> sessions_m;  // [0] publishes
     zorClient_opaqueMsg_pt msg_m = nullptr;
+    cpu_set_t savedCpus_m{};
+    bool pinned_m = false;
 };
 
 void BM_DirectThroughput(benchmark::State& state) {
