@@ -1,13 +1,17 @@
 // Direct messaging through the messaging library's embedded broker, as a load run drives it:
 // one publisher thread sending 100-byte messages to sessions on one receiving context whose
-// events run on the library's own thread.
+// events run on the library's own thread. With two processors or more, the publisher runs on
+// CPU 0 and the context thread on CPU 1, so that the two never share a processor nor migrate.
 //
 //   BM_DirectThroughput/N/P  messages per second to N receiving sessions (N deliveries per
 //                          send), the receiving context sleeping when idle (P 0) or spinning
 //                          (P 1). The publisher keeps at most WINDOW sends ahead of the
 //                          deliveries, so the figure is what the path sustains without
 //                          discards; it yields while it waits, so that on a busy machine it does
-//                          not take the processor from the receiver.
+//                          not take the processor from the receiver. The counters sender_cpu_ns
+//                          and receiver_cpu_ns give the processor time per message of the
+//                          publisher thread and of the rest of the process (the receiving
+//                          context's thread), which a busy machine changes less than the rate.
 //   BM_DirectLatency       one-way latency from the send to the receive callback at 100,000
 //                          messages per second, with the receiving context spinning
 //                          ("CONTEXT_BUSY_POLL_US") instead of sleeping; median and 99th
@@ -17,12 +21,15 @@
 //                          time of one message from send to the end of its callback, without
 //                          the wake-ups and cache transfers between two threads.
 #include <benchmark/benchmark.h>
+#include <pthread.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <ctime>
 #include <string>
 #include <thread>
 #include <vector>
@@ -37,6 +44,12 @@ using Clock = std::chrono::steady_clock;
 constexpr const char* TOPIC = "bench/direct/one";
 constexpr std::size_t ATTACHMENT_SIZE = 100;
 
+void relax() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#endif
+}
+
 std::int64_t nowNs() {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now().time_since_epoch())
         .count();
@@ -44,7 +57,7 @@ std::int64_t nowNs() {
 
 // What the receive callbacks write: only the context thread writes, the publisher reads.
 struct ReceiveSide {
-    std::atomic<std::uint64_t> delivered{0};
+    alignas(64) std::atomic<std::uint64_t> delivered{0};
     // Latency runs: one slot per message, written before delivered is raised.
     std::vector<std::int64_t> latencyNs;
 };
@@ -85,11 +98,21 @@ class Rig {
     Rig(benchmark::State& state, int receivers, zorClient_session_rxMsgCallbackFunc_t callback_p,
         const char* busyPollUs, const char* ownThread = "1") {
         zorClient_initialize(ZORCLIENT_LOG_WARNING, nullptr);
-        const char* contextProps[] = {"CONTEXT_CREATE_THREAD", ownThread, "CONTEXT_BUSY_POLL_US",
-                                      busyPollUs, nullptr};
+        const bool pin = std::thread::hardware_concurrency() >= 2 && std::string(ownThread) == "1";
+        std::vector<const char*> contextProps = {"CONTEXT_CREATE_THREAD", ownThread,
+                                                 "CONTEXT_BUSY_POLL_US", busyPollUs};
+        if (pin) {
+            contextProps.insert(contextProps.end(), {"CONTEXT_THREAD_AFFINITY_CPU_LIST", "1"});
+            pthread_getaffinity_np(pthread_self(), sizeof savedCpus_m, &savedCpus_m);
+            cpu_set_t first;
+            CPU_ZERO(&first);
+            CPU_SET(0, &first);
+            pinned_m = pthread_setaffinity_np(pthread_self(), sizeof first, &first) == 0;
+        }
+        contextProps.push_back(nullptr);
         zorClient_context_createFuncInfo_t contextInfo{};
-        if (zorClient_context_create(contextProps, &context_m, &contextInfo, sizeof contextInfo) !=
-            ZORCLIENT_OK) {
+        if (zorClient_context_create(contextProps.data(), &context_m, &contextInfo,
+                                     sizeof contextInfo) != ZORCLIENT_OK) {
             fail(state);
             return;
         }
@@ -120,9 +143,23 @@ class Rig {
             zorClient_session_destroy(&session);
         }
         zorClient_context_destroy(&context_m);
+        if (pinned_m) {
+            pthread_setaffinity_np(pthread_self(), sizeof savedCpus_m, &savedCpus_m);
+        }
     }
 
     zorClient_opaqueContext_pt context() const { return context_m; }
+
+    // Waits until count messages were delivered. It looks seldom: each look takes the
+    // counter's line from the receiver, which then waits for it on its next message.
+    void awaitDeliveries(std::uint64_t count) const {
+        while (side_m.delivered.load(std::memory_order_acquire) < count) {
+            for (int i = 0; i < 256; ++i) {
+                relax();
+            }
+            std::this_thread::yield();
+        }
+    }
 
     bool send() {
         zorClient_msg_setBinaryAttachmentPtr(msg_m, attachment_m.data(), ATTACHMENT_SIZE);
@@ -142,7 +179,21 @@ class Rig {
     zorClient_opaqueContext_pt context_m = nullptr;
     std::vector<zorClient_opaqueSession_pt> sessions_m;  // [0] publishes
     zorClient_opaqueMsg_pt msg_m = nullptr;
+    cpu_set_t savedCpus_m{};
+    bool pinned_m = false;
 };
+
+std::int64_t threadCpuNs() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<std::int64_t>(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
+std::int64_t processCpuNs() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<std::int64_t>(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
 
 void BM_DirectThroughput(benchmark::State& state) {
     constexpr std::uint64_t BATCH = 20000;
@@ -153,13 +204,14 @@ void BM_DirectThroughput(benchmark::State& state) {
         return;
     }
     std::uint64_t sent = 0;
+    const std::int64_t threadStart = threadCpuNs();
+    const std::int64_t processStart = processCpuNs();
     for (auto _ : state) {
         for (std::uint64_t i = 0; i < BATCH; ++i) {
-            if ((i & 255) == 0) {
-                while (sent * receivers - rig.side_m.delivered.load(std::memory_order_acquire) >
-                       WINDOW * receivers) {
-                    std::this_thread::yield();
-                }
+            if ((i & 255) == 0 &&
+                sent * receivers - rig.side_m.delivered.load(std::memory_order_acquire) >
+                    WINDOW * receivers) {
+                rig.awaitDeliveries((sent - WINDOW / 2) * receivers);
             }
             if (!rig.send()) {
                 state.SkipWithError(zorClient_getLastErrorInfo()->errorStr);
@@ -167,10 +219,12 @@ void BM_DirectThroughput(benchmark::State& state) {
             }
             ++sent;
         }
-        while (rig.side_m.delivered.load(std::memory_order_acquire) < sent * receivers) {
-            std::this_thread::yield();
-        }
+        rig.awaitDeliveries(sent * receivers);
     }
+    const double sender = static_cast<double>(threadCpuNs() - threadStart);
+    const double all = static_cast<double>(processCpuNs() - processStart);
+    state.counters["sender_cpu_ns"] = sender / static_cast<double>(sent);
+    state.counters["receiver_cpu_ns"] = (all - sender) / static_cast<double>(sent);
     state.SetItemsProcessed(static_cast<std::int64_t>(sent));
     state.counters["deliveries/s"] =
         benchmark::Counter(static_cast<double>(sent * receivers), benchmark::Counter::kIsRate);
@@ -221,9 +275,7 @@ void BM_DirectLatency(benchmark::State& state) {
         }
         ++sent;
     }
-    while (rig.side_m.delivered.load(std::memory_order_acquire) < sent) {
-        std::this_thread::yield();
-    }
+    rig.awaitDeliveries(sent);
     std::vector<std::int64_t>& latencies = rig.side_m.latencyNs;
     latencies.resize(sent);
     std::sort(latencies.begin(), latencies.end());

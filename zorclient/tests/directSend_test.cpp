@@ -77,21 +77,19 @@ TEST_F(DirectTest, EveryFieldArrivesAndTheSenderMayReuseItsMessageAtOnce) {
         EXPECT_EQ(ZORCLIENT_OK, getter(got, &text_p));
         EXPECT_STREQ(expected, text_p);
     }
-    zorClient_int64_t number = 0;
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getSenderTimestamp(got, &number));
-    EXPECT_EQ(1234, number);
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getSequenceNumber(got, &number));
-    EXPECT_EQ(99, number);
-    zorClient_uint32_t value = 0;
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getClassOfService(got, &value));
-    EXPECT_EQ(ZORCLIENT_COS_3, value);
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getDeliveryMode(got, &value));
-    EXPECT_EQ(ZORCLIENT_RX_DELIVERY_MODE_DIRECT, value);
+    zorClient_int64_t stamp = 0, sequence = 0;
+    zorClient_uint32_t cos = 0, mode = 9;
     zorClient_int32_t priority = 0;
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getPriority(got, &priority));
-    EXPECT_EQ(7, priority);
     zorClient_uint64_t expiration = 0;
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getExpiration(got, &expiration));
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getSenderTimestamp(got, &stamp) |
+                                zorClient_msg_getSequenceNumber(got, &sequence) |
+                                zorClient_msg_getClassOfService(got, &cos) |
+                                zorClient_msg_getDeliveryMode(got, &mode) |
+                                zorClient_msg_getPriority(got, &priority) |
+                                zorClient_msg_getExpiration(got, &expiration));
+    EXPECT_EQ((std::vector<std::int64_t>{1234, 99, ZORCLIENT_COS_3,
+                                         ZORCLIENT_RX_DELIVERY_MODE_DIRECT, 7}),
+              (std::vector<std::int64_t>{stamp, sequence, cos, mode, priority}));
     EXPECT_GT(expiration, 0u);
     EXPECT_EQ(1, zorClient_msg_isDMQEligible(got));
     EXPECT_EQ(1, zorClient_msg_isAckImmediately(got));

@@ -87,4 +87,23 @@ TEST_F(DirectTest, ALateReplyIsDiscardedAndCounted) {
     zorClient_msg_free(&late);
 }
 
+TEST_F(DirectTest, DestroyingTheSessionEndsAWaitingRequest) {
+    zorClient_opaqueSession_pt session = nullptr;
+    EventLog log;
+    ASSERT_EQ(ZORCLIENT_OK, createSession(context(), {}, &log, &session));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
+    std::atomic<zorClient_returnCode_t> result{ZORCLIENT_OK};
+    std::thread requester([&] {
+        OutMsg request("nobody/listens");
+        zorClient_opaqueMsg_pt reply = nullptr;
+        result = zorClient_session_sendRequest(session, request, &reply, 10000);
+    });
+    std::this_thread::sleep_for(50ms);
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
+    requester.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+    EXPECT_EQ(ZORCLIENT_FAIL, result.load());
+}
+
 }  // namespace

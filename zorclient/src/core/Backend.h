@@ -180,7 +180,10 @@ class BackendListener {
     // backend's, which counts the discard and marks the next delivered message.
     virtual bool onDelivery(EventTarget* flowTarget_p, MessagePayload payload) noexcept = 0;
 
-    // A reply to request requestId (see Backend::request). On false as onDelivery.
+    // A reply to request requestId (see Backend::request), handed straight to the waiting
+    // requester. False when no request of that id waits (it timed out, was answered, or is
+    // not this session's): core counts it in RX_REPLY_MSG_DISCARD and the payload is still the
+    // backend's to release.
     virtual bool onReply(std::uint64_t requestId, MessagePayload payload) noexcept = 0;
 
     // A guaranteed message was accepted (subCode OK) or refused by the broker, in publish
@@ -237,14 +240,14 @@ class Backend {
     virtual zorClient_returnCode_t publish(const PublishRequest& request) = 0;
     // Publishes request's message as a request: the broker gives it the session's inbox as
     // reply-to and requestId as its correlation; the reply comes through
-    // BackendListener::onReply. Replies matching no outstanding request are discarded and
-    // counted (RX_REPLY_MSG_DISCARD).
+    // BackendListener::onReply. The application's message keeps its own fields (the broker's
+    // copy carries the inbox and correlation).
     virtual zorClient_returnCode_t request(const PublishRequest& request,
                                            std::uint64_t requestId) = 0;
     // Ends request requestId (answered, timed out or abandoned): later replies are discarded.
     virtual void endRequest(std::uint64_t requestId) noexcept = 0;
-    // Publishes request's message as the reply to a received request message (its reply-to
-    // and correlation).
+    // Publishes request's message as the reply to a received request message: core puts the
+    // request's reply-to, the reply mark and its correlation in request.overrides_p.
     virtual zorClient_returnCode_t reply(const PublishRequest& request) = 0;
 
     // --- Guaranteed messaging ---------------------------------------------------------------

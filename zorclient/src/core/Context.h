@@ -102,8 +102,10 @@ class Context final : public RefCounted {
     EventQueue queue_m;
     ControlRecordPool records_m;
     TimerQueue timers_m;
-    Waker waker_m;
-    std::atomic<bool> attention_m{false};
+    // Producers write the waker's line on every post and the context thread writes the flags
+    // below on every pass: on one line, each would take it from the other every time.
+    alignas(64) Waker waker_m;
+    alignas(64) std::atomic<bool> attention_m{false};
     std::atomic<bool> timersChanged_m{false};
     std::atomic<bool> inPass_m{false};
     std::atomic<const Session*> dispatching_m{nullptr};

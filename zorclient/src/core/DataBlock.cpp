@@ -1,10 +1,10 @@
 #include "core/DataBlock.h"
 
 #include <atomic>
-#include <mutex>
 #include <new>
 
 #include "api/ProcessConfig.h"
+#include "core/FreeStack.h"
 #include "core/PoolStats.h"
 #include "core/ThreadCache.h"
 
@@ -26,26 +26,17 @@ namespace {
 constexpr int LARGE_POOL = ZORCLIENT_MSG_NUM_DBQUANTA;
 
 // The shared free list of one quantum; threads take and give blocks through their ThreadCache.
+// Blocks of broker copies are taken on the sending thread and given back on the receiving one:
+// the list holds pointers, so that taking a batch does not read the blocks themselves.
 struct QuantumPool {
-    std::mutex mutex_m;
-    DataBlock* head_mp = nullptr;
+    FreeStack<DataBlock*> free_m;
     std::atomic<std::uint32_t> quantum_m{0};
 
-    std::size_t takeBatch(DataBlock** out_p, std::size_t most) {
-        std::lock_guard<std::mutex> lock(mutex_m);
-        std::size_t count = 0;
-        while (count < most && head_mp != nullptr) {
-            out_p[count++] = head_mp;
-            head_mp = head_mp->nextFree();
-        }
-        return count;
+    std::size_t takeBatch(DataBlock** out_p, std::size_t most) noexcept {
+        return free_m.takeBatch(out_p, most);
     }
     void giveBatch(DataBlock* const* blocks_p, std::size_t count) noexcept {
-        std::lock_guard<std::mutex> lock(mutex_m);
-        for (std::size_t i = 0; i < count; ++i) {
-            blocks_p[i]->nextFree() = head_mp;
-            head_mp = blocks_p[i];
-        }
+        free_m.giveBatch(blocks_p, count);
     }
 };
 
@@ -132,6 +123,14 @@ DataBlock* DataBlockPools::acquire(std::size_t size, BlockOwner owner) {
     }
     if (block_p == nullptr) {
         void* memory_p = ::operator new(sizeof(DataBlock) + capacity);
+        if (index < LARGE_POOL) {
+            try {
+                pools()[index].free_m.reserveMore(1);  // its place on the free list
+            } catch (...) {
+                ::operator delete(memory_p);
+                throw;
+            }
+        }
         block_p = new (memory_p) DataBlock();
         block_p->capacity_m = capacity;
         block_p->poolIndex_m = static_cast<std::uint8_t>(index);

@@ -1,11 +1,11 @@
 #include "core/DeliveryEnvelope.h"
 
 #include <cstring>
-#include <mutex>
 #include <new>
 
 #include "api/LastError.h"
 #include "api/Logger.h"
+#include "core/FreeStack.h"
 #include "core/MessagePool.h"
 #include "core/PoolStats.h"
 #include "core/ThreadCache.h"
@@ -29,25 +29,17 @@ class EnvelopePool {
         cache().give(instance(), envelope_p);
     }
 
-    // For ThreadCache, under the pool's lock.
+    // For ThreadCache.
     std::size_t takeBatch(DeliveryEnvelope** out_p, std::size_t most) {
-        std::lock_guard<std::mutex> lock(mutex_m);
-        if (head_mp == nullptr) {
+        std::size_t count = free_m.takeBatch(out_p, most);
+        if (count == 0) {
             grow();
-        }
-        std::size_t count = 0;
-        while (count < most && head_mp != nullptr) {
-            out_p[count++] = head_mp;
-            head_mp = head_mp->nextFree_mp;
+            count = free_m.takeBatch(out_p, most);
         }
         return count;
     }
     void giveBatch(DeliveryEnvelope* const* envelopes_p, std::size_t count) noexcept {
-        std::lock_guard<std::mutex> lock(mutex_m);
-        for (std::size_t i = 0; i < count; ++i) {
-            envelopes_p[i]->nextFree_mp = head_mp;
-            head_mp = envelopes_p[i];
-        }
+        free_m.giveBatch(envelopes_p, count);
     }
 
   private:
@@ -65,20 +57,26 @@ class EnvelopePool {
         return cache_s;
     }
 
-    // Under mutex_m. Chunks stay: the number of envelopes in flight is bounded by the egress
-    // limits and the context queues.
+    // Chunks stay: the number of envelopes in flight is bounded by the egress limits and the
+    // context queues.
     void grow() {
         auto* chunk_p = new DeliveryEnvelope[CHUNK];
-        for (int i = 0; i < CHUNK; ++i) {
-            chunk_p[i].nextFree_mp = i + 1 < CHUNK ? &chunk_p[i + 1] : head_mp;
+        try {
+            free_m.reserveMore(CHUNK);
+        } catch (...) {
+            delete[] chunk_p;
+            throw;
         }
-        head_mp = chunk_p;
+        DeliveryEnvelope* added[CHUNK];
+        for (int i = 0; i < CHUNK; ++i) {
+            added[i] = &chunk_p[i];
+        }
+        free_m.giveBatch(added, CHUNK);
         PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
                        static_cast<std::int64_t>(sizeof(DeliveryEnvelope) * CHUNK));
     }
 
-    std::mutex mutex_m;
-    DeliveryEnvelope* head_mp = nullptr;
+    FreeStack<DeliveryEnvelope*> free_m;
 };
 
 static_assert(sizeof(DeliveryEnvelope) == 64, "an envelope is one cache line");
@@ -89,6 +87,7 @@ const PayloadOps DeliveryEnvelope::OPS = {
 MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                       std::int64_t size) {
     DeliveryEnvelope* envelope_p = EnvelopePool::acquire();
+    envelope_p->idBlock_mp = nullptr;
     zorClient_uint32_t* ids_p = envelope_p->ids_m;
     if (delivery.consumerIdCount > INLINE_CONSUMER_IDS) {
         try {
@@ -145,16 +144,15 @@ void DeliveryEnvelope::freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept {
 
 void DeliveryEnvelope::release(void* object_p) noexcept {
     auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
+    // Read only: the sender's next make() writes every field, and a write here would take the
+    // line from the sender's cache once more.
     if (envelope_p->egress_mp != nullptr) {
         envelope_p->egress_mp->bytes.fetch_sub(envelope_p->size_m, std::memory_order_relaxed);
-        envelope_p->egress_mp = nullptr;
     }
     if (envelope_p->idBlock_mp != nullptr) {
         DataBlockPools::release(envelope_p->idBlock_mp);
-        envelope_p->idBlock_mp = nullptr;
     }
     envelope_p->wire_mp->release();
-    envelope_p->wire_mp = nullptr;
     EnvelopePool::release(envelope_p);
 }
 

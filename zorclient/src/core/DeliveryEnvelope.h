@@ -28,7 +28,8 @@ namespace zorvane::zorclient {
 class alignas(64) DeliveryEnvelope {
   public:
     // Bytes of one receiver's deliveries that are queued or being handled.
-    struct Egress {
+    // On a line of its own: the sender adds and the receiver takes off for every message.
+    struct alignas(64) Egress {
         std::atomic<std::int64_t> bytes{0};
     };
 
@@ -59,10 +60,7 @@ class alignas(64) DeliveryEnvelope {
     static void freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept;
     static void release(void* object_p) noexcept;
 
-    union {
-        WireMessage* wire_mp;
-        DeliveryEnvelope* nextFree_mp;  // while in the pool
-    };
+    WireMessage* wire_mp = nullptr;
     Egress* egress_mp = nullptr;
     zorClient_int64_t topicSequenceNumber_m = 0;
     std::uint32_t size_m = 0;
@@ -70,9 +68,6 @@ class alignas(64) DeliveryEnvelope {
     DataBlock* idBlock_mp = nullptr;  // consumer ids beyond INLINE_CONSUMER_IDS
     zorClient_uint32_t ids_m[INLINE_CONSUMER_IDS] = {};
     bool discardIndication_m = false;
-
-  public:
-    DeliveryEnvelope() : wire_mp(nullptr) {}
 };
 
 }  // namespace zorvane::zorclient

@@ -2,12 +2,12 @@
 
 #include <chrono>
 #include <cstring>
-#include <mutex>
 #include <new>
 
 #include "api/ApiGuard.h"
 #include "api/LastError.h"
 #include "core/FieldCodec.h"
+#include "core/FreeStack.h"
 #include "core/MessagePool.h"
 #include "core/PoolStats.h"
 #include "core/ThreadCache.h"
@@ -34,25 +34,17 @@ class WirePool {
         cache().give(instance(), wire_p);
     }
 
-    // For ThreadCache, under the pool's lock.
+    // For ThreadCache.
     std::size_t takeBatch(WireMessage** out_p, std::size_t most) {
-        std::lock_guard<std::mutex> lock(mutex_m);
-        if (head_mp == nullptr) {
+        std::size_t count = free_m.takeBatch(out_p, most);
+        if (count == 0) {
             grow();
-        }
-        std::size_t count = 0;
-        while (count < most && head_mp != nullptr) {
-            out_p[count++] = head_mp;
-            head_mp = head_mp->nextFree_mp;
+            count = free_m.takeBatch(out_p, most);
         }
         return count;
     }
     void giveBatch(WireMessage* const* wires_p, std::size_t count) noexcept {
-        std::lock_guard<std::mutex> lock(mutex_m);
-        for (std::size_t i = 0; i < count; ++i) {
-            wires_p[i]->nextFree_mp = head_mp;
-            head_mp = wires_p[i];
-        }
+        free_m.giveBatch(wires_p, count);
     }
 
   private:
@@ -69,19 +61,25 @@ class WirePool {
         return cache_s;
     }
 
-    // Under mutex_m. Chunks are never given back: copies are few compared with their traffic.
+    // Chunks are never given back: copies are few compared with their traffic.
     void grow() {
         auto* chunk_p = new WireMessage[CHUNK];
-        for (int i = 0; i < CHUNK; ++i) {
-            chunk_p[i].nextFree_mp = i + 1 < CHUNK ? &chunk_p[i + 1] : head_mp;
+        try {
+            free_m.reserveMore(CHUNK);
+        } catch (...) {
+            delete[] chunk_p;
+            throw;
         }
-        head_mp = chunk_p;
+        WireMessage* added[CHUNK];
+        for (int i = 0; i < CHUNK; ++i) {
+            added[i] = &chunk_p[i];
+        }
+        free_m.giveBatch(added, CHUNK);
         PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
                        static_cast<std::int64_t>(sizeof(WireMessage) * CHUNK));
     }
 
-    std::mutex mutex_m;
-    WireMessage* head_mp = nullptr;
+    FreeStack<WireMessage*> free_m;
 };
 
 namespace {
@@ -117,22 +115,25 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
         std::uint32_t size;
     };
     Source sources[NUM_PARTS];
+    for (int i = 0; i < NUM_PARTS; ++i) {
+        const Part& part = msg.part(static_cast<PartId>(i));
+        sources[i] = {part.data(), part.size()};  // data() is null when absent
+    }
+    if (overrides.destination_p != nullptr) {
+        sources[static_cast<int>(PartId::DESTINATION)] = {
+            overrides.destination_p,
+            static_cast<std::uint32_t>(std::strlen(overrides.destination_p))};
+    }
+    if (overrides.replyTo_p != nullptr) {
+        sources[static_cast<int>(PartId::REPLY_TO)] = {
+            overrides.replyTo_p, static_cast<std::uint32_t>(std::strlen(overrides.replyTo_p))};
+    }
     // One block for all parts, texts with their NUL, so a receiver reads C strings in place.
     std::size_t total = 0;
     std::size_t content = 0;
     for (int i = 0; i < NUM_PARTS; ++i) {
-        const PartId id = static_cast<PartId>(i);
-        const char* override_p = id == PartId::DESTINATION ? overrides.destination_p
-                                 : id == PartId::REPLY_TO  ? overrides.replyTo_p
-                                                           : nullptr;
-        if (override_p != nullptr) {
-            sources[i] = {override_p, static_cast<std::uint32_t>(std::strlen(override_p))};
-        } else {
-            const Part& part = msg.part(id);
-            sources[i] = {part.present() ? part.data() : nullptr, part.size()};
-        }
         if (sources[i].data_p != nullptr) {
-            total += sources[i].size + (isTextPart(id) ? 1 : 0);
+            total += sources[i].size + (isTextPart(static_cast<PartId>(i)) ? 1 : 0);
             content += sources[i].size;
         }
     }

@@ -153,7 +153,6 @@ class WireMessage {
     zorClient_uint64_t expirationMs_m = 0;
     std::size_t contentSize_m = 0;
     DataBlock* block_mp = nullptr;
-    WireMessage* nextFree_mp = nullptr;
     View parts_m[NUM_PARTS];
 };
 

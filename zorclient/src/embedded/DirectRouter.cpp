@@ -164,7 +164,9 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
         receiver.discardPending_m = true;
         return false;
     }
-    receiver.discardPending_m = false;
+    if (receiver.discardPending_m) {  // written only when it changes: the line is shared
+        receiver.discardPending_m = false;
+    }
     return true;
 }
 
