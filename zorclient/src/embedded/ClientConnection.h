@@ -9,16 +9,16 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 #include "core/Backend.h"
 #include "core/DeliveryEnvelope.h"
+#include "core/TopicIndex.h"
 
 namespace zorvane::zorclient {
 
 // A direct topic subscription of one connection.
 struct DirectSubscription {
-    std::string topic;
     std::uint32_t consumerId = 0;  // 1-based, in the order the connection subscribed
     bool deliverAlways = false;    // also receives every deliver-to-one message it matches
 };
@@ -43,7 +43,8 @@ struct ClientConnection {
     std::string inboxTopic_m;
 
     // Direct messaging state, under the instance's mutex.
-    std::vector<DirectSubscription> subscriptions_m;  // in subscription order
+    std::unordered_map<std::string, DirectSubscription, TopicTextHash, TopicTextEqual>
+        subscriptions_m;  // by topic
     std::uint32_t nextConsumerId_m = 1;
     // Messages for this connection were dropped since its last delivery: the next one is
     // marked.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <string>
 
 namespace zorvane::zorclient {
 
@@ -16,8 +17,8 @@ void DirectRouter::attach(ClientConnection& connection) {
 
 void DirectRouter::detach(ClientConnection& connection) noexcept {
     index_m.remove(connection.inboxTopic_m, Match{&connection, 0, false});
-    for (const DirectSubscription& subscription : connection.subscriptions_m) {
-        index_m.remove(subscription.topic,
+    for (const auto& [topic, subscription] : connection.subscriptions_m) {
+        index_m.remove(topic,
                        Match{&connection, subscription.consumerId, subscription.deliverAlways});
     }
     connection.subscriptions_m.clear();
@@ -34,17 +35,15 @@ void DirectRouter::moveInbox(ClientConnection& connection, const std::string& in
 
 void DirectRouter::subscribe(ClientConnection& connection, std::string_view topic,
                              bool deliverAlways) {
-    for (const DirectSubscription& subscription : connection.subscriptions_m) {
-        if (subscription.topic == topic) {
-            return;
-        }
+    auto [entry, added] = connection.subscriptions_m.try_emplace(
+        std::string(topic), DirectSubscription{connection.nextConsumerId_m, deliverAlways});
+    if (!added) {
+        return;
     }
-    DirectSubscription added{std::string(topic), connection.nextConsumerId_m, deliverAlways};
-    connection.subscriptions_m.push_back(added);
     try {
-        index_m.add(topic, Match{&connection, added.consumerId, deliverAlways});
+        index_m.add(topic, Match{&connection, entry->second.consumerId, deliverAlways});
     } catch (...) {
-        connection.subscriptions_m.pop_back();
+        connection.subscriptions_m.erase(entry);
         throw;
     }
     ++connection.nextConsumerId_m;
@@ -52,14 +51,13 @@ void DirectRouter::subscribe(ClientConnection& connection, std::string_view topi
 }
 
 bool DirectRouter::unsubscribe(ClientConnection& connection, std::string_view topic) noexcept {
-    auto& subscriptions = connection.subscriptions_m;
-    auto it = std::find_if(subscriptions.begin(), subscriptions.end(),
-                           [&](const DirectSubscription& s) { return s.topic == topic; });
-    if (it == subscriptions.end()) {
+    auto entry = connection.subscriptions_m.find(topic);
+    if (entry == connection.subscriptions_m.end()) {
         return false;
     }
-    index_m.remove(topic, Match{&connection, it->consumerId, it->deliverAlways});
-    subscriptions.erase(it);
+    index_m.remove(topic,
+                   Match{&connection, entry->second.consumerId, entry->second.deliverAlways});
+    connection.subscriptions_m.erase(entry);
     ++generation_m;
     return true;
 }
