@@ -299,6 +299,38 @@ TEST_F(ContainerTest, UserPropertyMapReopensForFurtherAdds) {
     EXPECT_EQ(longValue, value);
 }
 
+TEST_F(ContainerTest, NamesAndEncodedFieldsReadFromAMapMayBeAddedBackWhileItMoves) {
+    ScopedMsg msg;
+    Handle map = nullptr, sub = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createUserPropertyMap(msg, &map, 100));
+    // A long name, so that each add below needs a larger block while it copies out of the old.
+    const std::string longName(40000, 'n');
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addUnknownField(map, appTlv, 6, longName.c_str()));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_closeMapStream(&map));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserPropertyMap(msg, &map));
+    zorClient_field_t field;
+    const char* name = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_getNextField(map, &field, sizeof field, &name));
+    ASSERT_EQ(ZORCLIENT_OK,
+              zorClient_container_addUnknownField(map, field.value.bytes, field.length, name));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_getNextField(map, &field, sizeof field, &name));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_openSubMap(map, &sub, name));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_closeMapStream(&sub));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_closeMapStream(&map));
+
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserPropertyMap(msg, &map));
+    for (zorClient_fieldType_t want : {ZORCLIENT_UNKNOWN, ZORCLIENT_UNKNOWN, ZORCLIENT_MAP}) {
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_container_getNextField(map, &field, sizeof field, &name));
+        EXPECT_EQ(longName, name);
+        EXPECT_EQ(want, field.type);
+        if (want == ZORCLIENT_UNKNOWN) {
+            ASSERT_EQ(6u, field.length);
+            EXPECT_EQ(0, std::memcmp(appTlv, field.value.bytes, 6));
+        }
+    }
+    EXPECT_FALSE(zorClient_container_hasNextField(map));
+}
+
 TEST_F(ContainerTest, ContainersBuiltApartAreCopiedIntoMessages) {
     char buffer[20480];
     Handle stream = nullptr, sub = nullptr;

@@ -1,5 +1,6 @@
 // zorClient_msg_dump: the text shows the message's headers and parts, and a text that does not
 // fit fills the buffer and still succeeds (readers tell truncation by the length).
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -41,6 +42,31 @@ TEST_F(MsgDumpTest, ShowsHeadersPayloadsAndStructuredFields) {
     // Absent fields leave no line.
     EXPECT_EQ(std::string::npos, text.find("Reply To:")) << text;
     EXPECT_EQ(std::string::npos, text.find("Sender Id:")) << text;
+}
+
+TEST_F(MsgDumpTest, IntegersShowTheirWholeRangeInEveryWidth) {
+    ScopedMsg msg;
+    zorClient_opaqueContainer_pt map = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createBinaryAttachmentMap(msg, &map, 0));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addInt8(map, INT8_MIN, "i8"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addInt16(map, INT16_MIN, "i16"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addInt32(map, INT32_MIN, "i32"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addInt64(map, INT64_MIN, "i64"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addInt8(map, INT8_MAX, "p8"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addInt64(map, INT64_MAX, "p64"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addUint8(map, UINT8_MAX, "u8"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addUint16(map, UINT16_MAX, "u16"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addUint32(map, UINT32_MAX, "u32"));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_container_addUint64(map, UINT64_MAX, "u64"));
+    const std::string text = dumpOf(msg);
+    for (const char* expected :
+         {"'i8' INT8        -128\n", "'i16' INT16       -32768\n",
+          "'i32' INT32       -2147483648\n", "'i64' INT64       -9223372036854775808\n",
+          "'p8' INT8        127\n", "'p64' INT64       9223372036854775807\n",
+          "'u8' UINT8       255\n", "'u16' UINT16      65535\n", "'u32' UINT32      4294967295\n",
+          "'u64' UINT64      18446744073709551615\n"}) {
+        EXPECT_NE(std::string::npos, text.find(expected)) << expected << " in\n" << text;
+    }
 }
 
 TEST_F(MsgDumpTest, TextThatDoesNotFitFillsTheBufferAndSucceeds) {

@@ -341,6 +341,62 @@ TEST_F(SessionLifecycleTest, StatisticsSurviveDisconnectAndClear) {
     EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
 }
 
+TEST_F(SessionLifecycleTest, StatisticIdsAndArraysAreCheckedAlikeForBothTables) {
+    EventLog log;
+    zorClient_opaqueSession_pt session = nullptr;
+    ASSERT_EQ(ZORCLIENT_OK, createSession(pumped_m->get(), {}, &log, &session));
+    zorClient_stats_t value = 7;
+    // Ids just outside either table fail alike; the text names the call and the table's range.
+    const auto expectOutOfRange = [](zorClient_returnCode_t rc, const char* call_p,
+                                     const char* range_p) {
+        EXPECT_EQ(ZORCLIENT_FAIL, rc) << call_p;
+        EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE, lastError().subCode) << call_p;
+        const std::string text = lastError().errorStr;
+        EXPECT_EQ(0u, text.find(std::string(call_p) + ": ")) << text;
+        EXPECT_NE(std::string::npos, text.find(range_p)) << text;
+    };
+    for (int id : {-1, static_cast<int>(ZORCLIENT_STATS_RX_NUM_STATS)}) {
+        expectOutOfRange(
+            zorClient_session_getRxStat(session, static_cast<zorClient_stats_rx>(id), &value),
+            "zorClient_session_getRxStat", "no receive statistic (0 to 39)");
+    }
+    for (int id : {-1, static_cast<int>(ZORCLIENT_STATS_TX_NUM_STATS)}) {
+        expectOutOfRange(
+            zorClient_session_getTxStat(session, static_cast<zorClient_stats_tx>(id), &value),
+            "zorClient_session_getTxStat", "no transmit statistic (0 to 27)");
+    }
+    EXPECT_EQ(7u, value);
+    // The last id of each table is readable; a null result names the argument.
+    EXPECT_EQ(ZORCLIENT_OK,
+              zorClient_session_getRxStat(session, static_cast<zorClient_stats_rx>(39), &value));
+    EXPECT_EQ(ZORCLIENT_OK,
+              zorClient_session_getTxStat(session, static_cast<zorClient_stats_tx>(27), &value));
+    EXPECT_EQ(ZORCLIENT_FAIL,
+              zorClient_session_getTxStat(session, ZORCLIENT_STATS_TX_MSGS, nullptr));
+    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "value_p"));
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_getRxStats(session, nullptr, 1));
+    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "values_p"));
+    // Arrays are filled as far as both they and the table go, and no further.
+    const zorClient_stats_t untouched = 0xabababababababab;
+    std::vector<zorClient_stats_t> rx(ZORCLIENT_STATS_RX_NUM_STATS + 2, untouched);
+    std::vector<zorClient_stats_t> tx(ZORCLIENT_STATS_TX_NUM_STATS + 2, untouched);
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_getRxStats(session, rx.data(), 3));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_getTxStats(session, tx.data(), 3));
+    EXPECT_EQ(untouched, rx[3]);
+    EXPECT_EQ(untouched, tx[3]);
+    EXPECT_NE(untouched, rx[2]);
+    EXPECT_NE(untouched, tx[2]);
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_getRxStats(
+                                session, rx.data(), static_cast<zorClient_uint32_t>(rx.size())));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_getTxStats(
+                                session, tx.data(), static_cast<zorClient_uint32_t>(tx.size())));
+    EXPECT_NE(untouched, rx[ZORCLIENT_STATS_RX_NUM_STATS - 1]);
+    EXPECT_NE(untouched, tx[ZORCLIENT_STATS_TX_NUM_STATS - 1]);
+    EXPECT_EQ(untouched, rx[ZORCLIENT_STATS_RX_NUM_STATS]);
+    EXPECT_EQ(untouched, tx[ZORCLIENT_STATS_TX_NUM_STATS]);
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
+}
+
 TEST_F(SessionLifecycleTest, NullAndStaleHandlesFail) {
     EventLog log;
     zorClient_opaqueSession_pt session = nullptr;

@@ -3,6 +3,7 @@
 
 #include "api/LastError.h"
 #include "api/MessageHandles.h"
+#include "api/RecordArgs.h"
 
 using namespace zorvane::zorclient;
 
@@ -10,10 +11,13 @@ namespace {
 
 using Handle = zorClient_opaqueContainer_pt;
 
-// An integer (or the bits of a float) in its encoded width.
-template <typename Value>
-zorClient_returnCode_t addNumber(Handle container, std::uint8_t code, Value value, int width,
-                                 const char* name_p, const char* function_p) {
+// A number of type Code in the width the encoding gives that type (a float or double as its
+// bits).
+template <zorClient_fieldType_t Code, typename Value>
+zorClient_returnCode_t addNumber(Handle container, Value value, const char* name_p,
+                                 const char* function_p) {
+    constexpr int width = FieldCodec::fixedValueSize(Code);
+    static_assert(width > 0 && width <= 8, "not a fixed-size number type");
     return withContainer(container, function_p, [&](Container& c) {
         std::uint64_t bits = 0;
         if constexpr (std::is_floating_point_v<Value>) {
@@ -29,7 +33,7 @@ zorClient_returnCode_t addNumber(Handle container, std::uint8_t code, Value valu
         }
         std::uint8_t encoded[8];
         FieldCodec::putBigEndian(encoded, bits, width);
-        return c.add(function_p, name_p, code, encoded, static_cast<std::size_t>(width));
+        return c.add(function_p, name_p, Code, encoded, static_cast<std::size_t>(width));
     });
 }
 
@@ -89,52 +93,52 @@ extern "C" {
 
 zorClient_returnCode_t zorClient_container_addBoolean(Handle c, zorClient_bool_t value,
                                                       const char* name_p) {
-    return addNumber(c, ZORCLIENT_BOOL, value != 0 ? 1 : 0, 1, name_p, __func__);
+    return addNumber<ZORCLIENT_BOOL>(c, value != 0 ? 1 : 0, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addUint8(Handle c, zorClient_uint8_t value,
                                                     const char* name_p) {
-    return addNumber(c, ZORCLIENT_UINT8, value, 1, name_p, __func__);
+    return addNumber<ZORCLIENT_UINT8>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addInt8(Handle c, zorClient_int8_t value,
                                                    const char* name_p) {
-    return addNumber(c, ZORCLIENT_INT8, value, 1, name_p, __func__);
+    return addNumber<ZORCLIENT_INT8>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addUint16(Handle c, zorClient_uint16_t value,
                                                      const char* name_p) {
-    return addNumber(c, ZORCLIENT_UINT16, value, 2, name_p, __func__);
+    return addNumber<ZORCLIENT_UINT16>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addInt16(Handle c, zorClient_int16_t value,
                                                     const char* name_p) {
-    return addNumber(c, ZORCLIENT_INT16, value, 2, name_p, __func__);
+    return addNumber<ZORCLIENT_INT16>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addUint32(Handle c, zorClient_uint32_t value,
                                                      const char* name_p) {
-    return addNumber(c, ZORCLIENT_UINT32, value, 4, name_p, __func__);
+    return addNumber<ZORCLIENT_UINT32>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addInt32(Handle c, zorClient_int32_t value,
                                                     const char* name_p) {
-    return addNumber(c, ZORCLIENT_INT32, value, 4, name_p, __func__);
+    return addNumber<ZORCLIENT_INT32>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addUint64(Handle c, zorClient_uint64_t value,
                                                      const char* name_p) {
-    return addNumber(c, ZORCLIENT_UINT64, value, 8, name_p, __func__);
+    return addNumber<ZORCLIENT_UINT64>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addInt64(Handle c, zorClient_int64_t value,
                                                     const char* name_p) {
-    return addNumber(c, ZORCLIENT_INT64, value, 8, name_p, __func__);
+    return addNumber<ZORCLIENT_INT64>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addChar(Handle c, char value, const char* name_p) {
-    return addNumber(c, ZORCLIENT_CHAR, static_cast<unsigned char>(value), 1, name_p, __func__);
+    return addNumber<ZORCLIENT_CHAR>(c, static_cast<unsigned char>(value), name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addWchar(Handle c, zorClient_wchar_t value,
                                                     const char* name_p) {
-    return addNumber(c, ZORCLIENT_WCHAR, value, 4, name_p, __func__);
+    return addNumber<ZORCLIENT_WCHAR>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addFloat(Handle c, float value, const char* name_p) {
-    return addNumber(c, ZORCLIENT_FLOAT, value, 4, name_p, __func__);
+    return addNumber<ZORCLIENT_FLOAT>(c, value, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_addDouble(Handle c, double value, const char* name_p) {
-    return addNumber(c, ZORCLIENT_DOUBLE, value, 8, name_p, __func__);
+    return addNumber<ZORCLIENT_DOUBLE>(c, value, name_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_container_addString(Handle c, const char* value_p,
@@ -166,13 +170,10 @@ zorClient_returnCode_t zorClient_container_addNull(Handle c, const char* name_p)
 
 zorClient_returnCode_t zorClient_container_addDestination(
     Handle c, const zorClient_destination_t* destination_p, size_t destSize, const char* name_p) {
-    if (destination_p == nullptr) {
-        return LastError::failNullArgument(__func__, "destination_p");
-    }
-    if (destSize < sizeof(zorClient_destination_t)) {
-        return LastError::fail(ZORCLIENT_SUBCODE_INSUFFICIENT_SPACE,
-                               "%s: destSize %zu is less than sizeof(zorClient_destination_t) %zu",
-                               __func__, destSize, sizeof(zorClient_destination_t));
+    const zorClient_returnCode_t rc = checkRecord(destination_p, "destination_p", destSize,
+                                                  "destSize", "zorClient_destination_t", __func__);
+    if (rc != ZORCLIENT_OK) {
+        return rc;
     }
     if (destination_p->dest == nullptr) {
         return LastError::fail(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, "%s: destination_p->dest is null",

@@ -4,12 +4,14 @@
 
 #include "api/LastError.h"
 #include "api/MessageHandles.h"
+#include "api/RecordArgs.h"
 
 using namespace zorvane::zorclient;
 
 namespace {
 
 using Handle = zorClient_opaqueContainer_pt;
+using Value = zorClient_fieldValue_t;
 
 const char* typeName(zorClient_fieldType_t type) noexcept {
     static const char* const names_s[] = {"bool",   "uint8",      "int8",        "uint16", "int16",
@@ -21,15 +23,7 @@ const char* typeName(zorClient_fieldType_t type) noexcept {
 
 zorClient_returnCode_t checkField(zorClient_field_t* field_p, size_t fieldSize,
                                   const char* function_p) {
-    if (field_p == nullptr) {
-        return LastError::failNullArgument(function_p, "field_p");
-    }
-    if (fieldSize < sizeof(zorClient_field_t)) {
-        return LastError::fail(ZORCLIENT_SUBCODE_INSUFFICIENT_SPACE,
-                               "%s: fieldSize %zu is less than sizeof(zorClient_field_t) %zu",
-                               function_p, fieldSize, sizeof(zorClient_field_t));
-    }
-    return ZORCLIENT_OK;
+    return checkRecord(field_p, "field_p", fieldSize, "fieldSize", "zorClient_field_t", function_p);
 }
 
 // Reads field name_p (a stream's next entry when null) and checks its type. A char field also
@@ -62,27 +56,21 @@ zorClient_returnCode_t readTyped(Container& c, const char* name_p, zorClient_fie
                            typeName(field_p->type), typeName(wanted));
 }
 
-template <typename Value, typename Extract>
-zorClient_returnCode_t getTyped(Handle container, Value* value_p, const char* name_p,
-                                zorClient_fieldType_t wanted, const char* function_p,
-                                Extract extract) {
+// Reads the field of type Wanted into *value_p from union member Member of its value.
+template <zorClient_fieldType_t Wanted, auto Member, typename Out>
+zorClient_returnCode_t getTyped(Handle container, Out* value_p, const char* name_p,
+                                const char* function_p) {
     if (value_p == nullptr) {
         return LastError::failNullArgument(function_p, "value_p");
     }
     return withContainer(container, function_p, [&](Container& c) {
         zorClient_field_t field;
-        const zorClient_returnCode_t rc = readTyped(c, name_p, wanted, &field, function_p);
+        const zorClient_returnCode_t rc = readTyped(c, name_p, Wanted, &field, function_p);
         if (rc == ZORCLIENT_OK) {
-            *value_p = extract(field.value);
+            *value_p = field.value.*Member;
         }
         return rc;
     });
-}
-
-zorClient_returnCode_t getSub(Handle container, Handle* sub_p, const char* name_p,
-                              zorClient_fieldType_t wanted, const char* function_p) {
-    return getTyped(container, sub_p, name_p, wanted, function_p,
-                    [](const zorClient_fieldValue_t& v) { return v.map; });
 }
 
 }  // namespace
@@ -133,81 +121,67 @@ zorClient_returnCode_t zorClient_container_getSize(Handle container, size_t* siz
 
 zorClient_returnCode_t zorClient_container_getSubMap(Handle c, Handle* subContainer_p,
                                                      const char* name_p) {
-    return getSub(c, subContainer_p, name_p, ZORCLIENT_MAP, __func__);
+    return getTyped<ZORCLIENT_MAP, &Value::map>(c, subContainer_p, name_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_container_getSubStream(Handle c, Handle* subContainer_p,
                                                         const char* name_p) {
-    return getSub(c, subContainer_p, name_p, ZORCLIENT_STREAM, __func__);
+    return getTyped<ZORCLIENT_STREAM, &Value::map>(c, subContainer_p, name_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_container_getBoolean(Handle c, zorClient_bool_t* value_p,
                                                       const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_BOOL, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.boolean; });
+    return getTyped<ZORCLIENT_BOOL, &Value::boolean>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getUint8(Handle c, zorClient_uint8_t* value_p,
                                                     const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_UINT8, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.uint8; });
+    return getTyped<ZORCLIENT_UINT8, &Value::uint8>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getInt8(Handle c, zorClient_int8_t* value_p,
                                                    const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_INT8, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.int8; });
+    return getTyped<ZORCLIENT_INT8, &Value::int8>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getUint16(Handle c, zorClient_uint16_t* value_p,
                                                      const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_UINT16, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.uint16; });
+    return getTyped<ZORCLIENT_UINT16, &Value::uint16>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getInt16(Handle c, zorClient_int16_t* value_p,
                                                     const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_INT16, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.int16; });
+    return getTyped<ZORCLIENT_INT16, &Value::int16>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getUint32(Handle c, zorClient_uint32_t* value_p,
                                                      const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_UINT32, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.uint32; });
+    return getTyped<ZORCLIENT_UINT32, &Value::uint32>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getInt32(Handle c, zorClient_int32_t* value_p,
                                                     const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_INT32, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.int32; });
+    return getTyped<ZORCLIENT_INT32, &Value::int32>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getUint64(Handle c, zorClient_uint64_t* value_p,
                                                      const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_UINT64, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.uint64; });
+    return getTyped<ZORCLIENT_UINT64, &Value::uint64>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getInt64(Handle c, zorClient_int64_t* value_p,
                                                     const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_INT64, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.int64; });
+    return getTyped<ZORCLIENT_INT64, &Value::int64>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getChar(Handle c, char* value_p, const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_CHAR, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.char8; });
+    return getTyped<ZORCLIENT_CHAR, &Value::char8>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getWchar(Handle c, zorClient_wchar_t* value_p,
                                                     const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_WCHAR, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.wchar; });
+    return getTyped<ZORCLIENT_WCHAR, &Value::wchar>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getFloat(Handle c, float* value_p, const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_FLOAT, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.float32; });
+    return getTyped<ZORCLIENT_FLOAT, &Value::float32>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getDouble(Handle c, double* value_p,
                                                      const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_DOUBLE, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.float64; });
+    return getTyped<ZORCLIENT_DOUBLE, &Value::float64>(c, value_p, name_p, __func__);
 }
 zorClient_returnCode_t zorClient_container_getStringPtr(Handle c, const char** value_p,
                                                         const char* name_p) {
-    return getTyped(c, value_p, name_p, ZORCLIENT_STRING, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.string; });
+    return getTyped<ZORCLIENT_STRING, &Value::string>(c, value_p, name_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_container_getString(Handle c, char* buffer_p, size_t bufferSize,
@@ -253,16 +227,12 @@ zorClient_returnCode_t zorClient_container_getByteArrayPtr(Handle c, zorClient_u
 zorClient_returnCode_t zorClient_container_getDestination(Handle c,
                                                           zorClient_destination_t* destination_p,
                                                           size_t destSize, const char* name_p) {
-    if (destination_p == nullptr) {
-        return LastError::failNullArgument(__func__, "destination_p");
+    const zorClient_returnCode_t rc = checkRecord(destination_p, "destination_p", destSize,
+                                                  "destSize", "zorClient_destination_t", __func__);
+    if (rc != ZORCLIENT_OK) {
+        return rc;
     }
-    if (destSize < sizeof(zorClient_destination_t)) {
-        return LastError::fail(ZORCLIENT_SUBCODE_INSUFFICIENT_SPACE,
-                               "%s: destSize %zu is less than sizeof(zorClient_destination_t) %zu",
-                               __func__, destSize, sizeof(zorClient_destination_t));
-    }
-    return getTyped(c, destination_p, name_p, ZORCLIENT_DESTINATION, __func__,
-                    [](const zorClient_fieldValue_t& v) { return v.dest; });
+    return getTyped<ZORCLIENT_DESTINATION, &Value::dest>(c, destination_p, name_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_container_getNull(Handle c, const char* name_p) {

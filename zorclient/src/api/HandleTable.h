@@ -10,6 +10,12 @@
 // the object from being retired: retire() waits until every Lease of the object has ended, so
 // an entry point that holds one may use the object for the whole call. A thread must not retire
 // an object while it holds a Lease of it itself.
+//
+// Why not core/PoolHandleTable (the messages' and containers' table): contexts and sessions are
+// shared by threads (one sends while another destroys), so a lookup must keep the object alive
+// for the whole call, which the pool's lookup does not promise; they are few and long-lived, so
+// the counted Lease per call and the lock on create and destroy cost nothing that matters; and
+// they are heap objects with references held elsewhere, not slots reset and reused in place.
 #pragma once
 
 #include <atomic>

@@ -3,6 +3,9 @@
 // with ZORCLIENT_SUBCODE_INVALID_HANDLE, each naming the function and the argument.
 #pragma once
 
+#include <utility>
+
+#include "api/ApiGuard.h"
 #include "api/HandleTable.h"
 #include "api/LastError.h"
 #include "core/Context.h"
@@ -25,6 +28,25 @@ class Handles {
             failLookup(handle_p, function_p, argName_p);
         }
         return lease;
+    }
+
+    // Runs body(T&) on the object behind handle_p, holding its Lease for the whole body, with
+    // exceptions turned into failures (guarded()); a handle that lookup() refuses fails as there.
+    template <typename T, typename Body>
+    static zorClient_returnCode_t with(HandleTable<T>& table, const void* handle_p,
+                                       const char* function_p, const char* argName_p,
+                                       Body&& body) noexcept {
+        return guarded(function_p, [&]() -> zorClient_returnCode_t {
+            typename HandleTable<T>::Lease lease = lookup(table, handle_p, function_p, argName_p);
+            return lease ? body(*lease) : ZORCLIENT_FAIL;
+        });
+    }
+
+    // with() for the session argument of a session entry point.
+    template <typename Body>
+    static zorClient_returnCode_t withSession(const void* session, const char* function_p,
+                                              Body&& body) noexcept {
+        return with(sessions(), session, function_p, "session", std::forward<Body>(body));
     }
 
     // Sets the error info for a handle that acquire() refused.

@@ -5,32 +5,33 @@
 
 namespace zorvane::zorclient {
 
-Message* messageOf(zorClient_opaqueMsg_pt msg, const char* function_p) noexcept {
-    Message* msg_p = MessagePool::lookup(msg);
-    if (msg_p == nullptr) {
-        if (msg == nullptr) {
-            LastError::failNullArgument(function_p, "msg");
+namespace {
+
+// object_p as the table found it for handle; when it found none, the error info says whether
+// the handle was null or not (or no longer) one of what.
+template <typename T>
+T* found(T* object_p, const void* handle, const char* function_p, const char* argName_p,
+         const char* what_p) noexcept {
+    if (object_p == nullptr) {
+        if (handle == nullptr) {
+            LastError::failNullArgument(function_p, argName_p);
         } else {
-            LastError::fail(ZORCLIENT_SUBCODE_INVALID_HANDLE,
-                            "%s: msg is not the handle of a message (freed already?)", function_p);
+            LastError::fail(ZORCLIENT_SUBCODE_INVALID_HANDLE, "%s: %s is not the handle of %s",
+                            function_p, argName_p, what_p);
         }
     }
-    return msg_p;
+    return object_p;
+}
+
+}  // namespace
+
+Message* messageOf(zorClient_opaqueMsg_pt msg, const char* function_p) noexcept {
+    return found(MessagePool::lookup(msg), msg, function_p, "msg", "a message (freed already?)");
 }
 
 Container* containerOf(zorClient_opaqueContainer_pt container, const char* function_p) noexcept {
-    Container* container_p = Container::lookup(container);
-    if (container_p == nullptr) {
-        if (container == nullptr) {
-            LastError::failNullArgument(function_p, "container");
-        } else {
-            LastError::fail(ZORCLIENT_SUBCODE_INVALID_HANDLE,
-                            "%s: container is not the handle of an open map or stream (closed, or "
-                            "its message reset or freed?)",
-                            function_p);
-        }
-    }
-    return container_p;
+    return found(Container::lookup(container), container, function_p, "container",
+                 "an open map or stream (closed, or its message reset or freed?)");
 }
 
 }  // namespace zorvane::zorclient

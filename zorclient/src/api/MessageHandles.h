@@ -4,6 +4,8 @@
 // is null.
 #pragma once
 
+#include <utility>
+
 #include "api/ApiGuard.h"
 #include "core/Container.h"
 #include "core/Message.h"
@@ -13,26 +15,28 @@ namespace zorvane::zorclient {
 Message* messageOf(zorClient_opaqueMsg_pt msg, const char* function_p) noexcept;
 Container* containerOf(zorClient_opaqueContainer_pt container, const char* function_p) noexcept;
 
-// Runs body(Message&) for a live handle, with exceptions turned into failures (ApiGuard).
+// Runs body(T&) for the object that messageOf() or containerOf() found, with exceptions turned
+// into failures (ApiGuard); fails at once when it found none.
+template <typename T, typename Body>
+zorClient_returnCode_t withObject(T* object_p, const char* function_p, Body&& body) noexcept {
+    if (object_p == nullptr) {
+        return ZORCLIENT_FAIL;
+    }
+    return guarded(function_p, [&]() -> zorClient_returnCode_t { return body(*object_p); });
+}
+
+// Runs body(Message&) for a live message handle.
 template <typename Body>
 zorClient_returnCode_t withMessage(zorClient_opaqueMsg_pt msg, const char* function_p,
                                    Body&& body) noexcept {
-    Message* msg_p = messageOf(msg, function_p);
-    if (msg_p == nullptr) {
-        return ZORCLIENT_FAIL;
-    }
-    return guarded(function_p, [&]() -> zorClient_returnCode_t { return body(*msg_p); });
+    return withObject(messageOf(msg, function_p), function_p, std::forward<Body>(body));
 }
 
-// The same for a container handle.
+// Runs body(Container&) for a live container handle.
 template <typename Body>
 zorClient_returnCode_t withContainer(zorClient_opaqueContainer_pt container, const char* function_p,
                                      Body&& body) noexcept {
-    Container* container_p = containerOf(container, function_p);
-    if (container_p == nullptr) {
-        return ZORCLIENT_FAIL;
-    }
-    return guarded(function_p, [&]() -> zorClient_returnCode_t { return body(*container_p); });
+    return withObject(containerOf(container, function_p), function_p, std::forward<Body>(body));
 }
 
 }  // namespace zorvane::zorclient

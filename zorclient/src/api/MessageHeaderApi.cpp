@@ -3,6 +3,7 @@
 
 #include "api/LastError.h"
 #include "api/MessageHandles.h"
+#include "api/RecordArgs.h"
 
 using namespace zorvane::zorclient;
 
@@ -49,13 +50,10 @@ zorClient_returnCode_t getText(Msg msg, PartId id, const char** text_p, const ch
 
 zorClient_returnCode_t checkDestination(const zorClient_destination_t* dest_p, size_t destSize,
                                         const char* function_p, const char* argName_p) {
-    if (dest_p == nullptr) {
-        return LastError::failNullArgument(function_p, argName_p);
-    }
-    if (destSize < sizeof(zorClient_destination_t)) {
-        return LastError::fail(ZORCLIENT_SUBCODE_INSUFFICIENT_SPACE,
-                               "%s: destSize %zu is less than sizeof(zorClient_destination_t) %zu",
-                               function_p, destSize, sizeof(zorClient_destination_t));
+    const zorClient_returnCode_t rc =
+        checkRecord(dest_p, argName_p, destSize, "destSize", "zorClient_destination_t", function_p);
+    if (rc != ZORCLIENT_OK) {
+        return rc;
     }
     if (dest_p->destType < ZORCLIENT_TOPIC_DESTINATION ||
         dest_p->destType > ZORCLIENT_QUEUE_TEMP_DESTINATION) {
@@ -77,13 +75,11 @@ zorClient_returnCode_t checkDestination(const zorClient_destination_t* dest_p, s
 zorClient_returnCode_t getDestinationPart(Msg msg, PartId id, zorClient_destination_t* dest_p,
                                           size_t destSize, const char* function_p,
                                           const char* fieldName_p) {
-    if (dest_p == nullptr) {
-        return LastError::failNullArgument(function_p, "the destination pointer");
-    }
-    if (destSize < sizeof(zorClient_destination_t)) {
-        return LastError::fail(ZORCLIENT_SUBCODE_INSUFFICIENT_SPACE,
-                               "%s: destSize %zu is less than sizeof(zorClient_destination_t) %zu",
-                               function_p, destSize, sizeof(zorClient_destination_t));
+    const zorClient_returnCode_t rc =
+        checkRecord(dest_p, "the destination pointer", destSize, "destSize",
+                    "zorClient_destination_t", function_p);
+    if (rc != ZORCLIENT_OK) {
+        return rc;
     }
     return withMessage(msg, function_p, [&](Message& m) {
         const Part& part = m.part(id);

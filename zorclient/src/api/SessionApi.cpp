@@ -10,6 +10,22 @@
 
 using namespace zorvane::zorclient;
 
+namespace {
+
+// The start that every query of a session by name shares: a live session, then a name.
+template <typename Body>
+zorClient_returnCode_t withNamedQuery(zorClient_opaqueSession_pt session, const char* name_p,
+                                      const char* function_p, Body&& body) noexcept {
+    return Handles::withSession(session, function_p, [&](Session& s) {
+        if (name_p == nullptr) {
+            return LastError::failNullArgument(function_p, "name_p");
+        }
+        return body(s);
+    });
+}
+
+}  // namespace
+
 extern "C" {
 
 zorClient_returnCode_t zorClient_session_create(zorClient_propertyArray_pt props_p,
@@ -87,18 +103,14 @@ zorClient_returnCode_t zorClient_session_create(zorClient_propertyArray_pt props
 
 zorClient_returnCode_t zorClient_session_connect(zorClient_opaqueSession_pt session) {
     const char* const function_p = __func__;
-    return guarded(function_p, [&]() -> zorClient_returnCode_t {
-        auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
-        return lease ? lease->connect(function_p) : ZORCLIENT_FAIL;
-    });
+    return Handles::withSession(session, function_p,
+                                [&](Session& s) { return s.connect(function_p); });
 }
 
 zorClient_returnCode_t zorClient_session_disconnect(zorClient_opaqueSession_pt session) {
     const char* const function_p = __func__;
-    return guarded(function_p, [&]() -> zorClient_returnCode_t {
-        auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
-        return lease ? lease->disconnect(function_p) : ZORCLIENT_FAIL;
-    });
+    return Handles::withSession(session, function_p,
+                                [&](Session& s) { return s.disconnect(function_p); });
 }
 
 zorClient_returnCode_t zorClient_session_destroy(zorClient_opaqueSession_pt* session_p) {
@@ -127,50 +139,32 @@ zorClient_returnCode_t zorClient_session_getProperty(zorClient_opaqueSession_pt 
                                                      const char* name_p, char* buffer_p,
                                                      size_t bufferSize) {
     const char* const function_p = __func__;
-    return guarded(function_p, [&]() -> zorClient_returnCode_t {
-        auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
-        if (!lease) {
-            return ZORCLIENT_FAIL;
-        }
-        if (name_p == nullptr) {
-            return LastError::failNullArgument(function_p, "name_p");
-        }
+    return withNamedQuery(session, name_p, function_p, [&](Session& s) {
         if (buffer_p == nullptr) {
             return LastError::failNullArgument(function_p, "buffer_p");
         }
-        return lease->getProperty(name_p, buffer_p, bufferSize, function_p);
+        return s.getProperty(name_p, buffer_p, bufferSize, function_p);
     });
 }
 
 zorClient_returnCode_t zorClient_session_modifyProperties(zorClient_opaqueSession_pt session,
                                                           zorClient_propertyArray_pt props_p) {
     const char* const function_p = __func__;
-    return guarded(function_p, [&]() -> zorClient_returnCode_t {
-        auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
-        if (!lease) {
-            return ZORCLIENT_FAIL;
-        }
+    return Handles::withSession(session, function_p, [&](Session& s) {
         if (props_p == nullptr) {
             return LastError::failNullArgument(function_p, "props_p");
         }
         PropertyList list;
         zorClient_returnCode_t rc = PropertyList::parse(props_p, function_p, list);
-        return rc == ZORCLIENT_OK ? lease->modifyProperties(list, function_p) : rc;
+        return rc == ZORCLIENT_OK ? s.modifyProperties(list, function_p) : rc;
     });
 }
 
 zorClient_bool_t zorClient_session_isCapable(zorClient_opaqueSession_pt session,
                                              const char* name_p) {
     const char* const function_p = __func__;
-    zorClient_returnCode_t rc = guarded(function_p, [&]() -> zorClient_returnCode_t {
-        auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
-        if (!lease) {
-            return ZORCLIENT_FAIL;
-        }
-        if (name_p == nullptr) {
-            return LastError::failNullArgument(function_p, "name_p");
-        }
-        return lease->isCapable(name_p, function_p) == 1 ? ZORCLIENT_OK : ZORCLIENT_NOT_FOUND;
+    const zorClient_returnCode_t rc = withNamedQuery(session, name_p, function_p, [&](Session& s) {
+        return s.isCapable(name_p, function_p) == 1 ? ZORCLIENT_OK : ZORCLIENT_NOT_FOUND;
     });
     return rc == ZORCLIENT_OK ? 1 : 0;
 }
@@ -180,14 +174,7 @@ zorClient_returnCode_t zorClient_session_getCapability(zorClient_opaqueSession_p
                                                        zorClient_field_t* field_p,
                                                        size_t fieldSize) {
     const char* const function_p = __func__;
-    return guarded(function_p, [&]() -> zorClient_returnCode_t {
-        auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
-        if (!lease) {
-            return ZORCLIENT_FAIL;
-        }
-        if (name_p == nullptr) {
-            return LastError::failNullArgument(function_p, "name_p");
-        }
+    return withNamedQuery(session, name_p, function_p, [&](Session& s) {
         if (field_p == nullptr) {
             return LastError::failNullArgument(function_p, "field_p");
         }
@@ -196,7 +183,7 @@ zorClient_returnCode_t zorClient_session_getCapability(zorClient_opaqueSession_p
                                    "%s: fieldSize %zu is smaller than the record (%zu bytes)",
                                    function_p, fieldSize, sizeof(zorClient_field_t));
         }
-        return lease->getCapability(name_p, field_p, function_p);
+        return s.getCapability(name_p, field_p, function_p);
     });
 }
 

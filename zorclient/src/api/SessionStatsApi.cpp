@@ -1,5 +1,6 @@
 // Session entry points: statistics, forced failure, publisher state.
 #include <cerrno>
+#include <type_traits>
 
 #include "api/ApiGuard.h"
 #include "api/Handles.h"
@@ -14,6 +15,62 @@ bool isLogLevel(int level) {
     return level >= ZORCLIENT_LOG_EMERGENCY && level <= ZORCLIENT_LOG_DEBUG;
 }
 
+// The two counter tables of a session, told apart by the type of their ids: how many counters
+// each has, what an error text calls them, and how one is read.
+template <typename Id>
+struct StatTable {
+    static constexpr bool RX = std::is_same_v<Id, zorClient_stats_rx>;
+    static_assert(RX || std::is_same_v<Id, zorClient_stats_tx>);
+    static constexpr Id SIZE = static_cast<Id>(RX ? static_cast<int>(ZORCLIENT_STATS_RX_NUM_STATS)
+                                                  : static_cast<int>(ZORCLIENT_STATS_TX_NUM_STATS));
+    static constexpr const char* KIND = RX ? "receive" : "transmit";
+
+    static zorClient_stats_t read(const SessionStats& stats, Id id) noexcept {
+        if constexpr (RX) {
+            return stats.rx(id);
+        } else {
+            return stats.tx(id);
+        }
+    }
+};
+
+template <typename Id>
+zorClient_returnCode_t getStat(zorClient_opaqueSession_pt session, Id id,
+                               zorClient_stats_t* value_p, const char* function_p) {
+    auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
+    if (!lease) {
+        return ZORCLIENT_FAIL;
+    }
+    if (value_p == nullptr) {
+        return LastError::failNullArgument(function_p, "value_p");
+    }
+    if (id < 0 || id >= StatTable<Id>::SIZE) {
+        return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
+                               "%s: %d is no %s statistic (0 to %d)", function_p,
+                               static_cast<int>(id), StatTable<Id>::KIND, StatTable<Id>::SIZE - 1);
+    }
+    *value_p = StatTable<Id>::read(lease->stats(), id);
+    return ZORCLIENT_OK;
+}
+
+// Fills values_p[0..arraySize) as far as the table goes; the rest of a larger array is left
+// as it was.
+template <typename Id>
+zorClient_returnCode_t getStats(zorClient_opaqueSession_pt session, zorClient_stats_t* values_p,
+                                zorClient_uint32_t arraySize, const char* function_p) {
+    auto lease = Handles::lookup(Handles::sessions(), session, function_p, "session");
+    if (!lease) {
+        return ZORCLIENT_FAIL;
+    }
+    if (values_p == nullptr) {
+        return LastError::failNullArgument(function_p, "values_p");
+    }
+    for (zorClient_uint32_t id = 0; id < arraySize && id < StatTable<Id>::SIZE; ++id) {
+        values_p[id] = StatTable<Id>::read(lease->stats(), static_cast<Id>(id));
+    }
+    return ZORCLIENT_OK;
+}
+
 }  // namespace
 
 extern "C" {
@@ -21,71 +78,25 @@ extern "C" {
 zorClient_returnCode_t zorClient_session_getRxStat(zorClient_opaqueSession_pt session,
                                                    zorClient_stats_rx rxStat,
                                                    zorClient_stats_t* value_p) {
-    auto lease = Handles::lookup(Handles::sessions(), session, __func__, "session");
-    if (!lease) {
-        return ZORCLIENT_FAIL;
-    }
-    if (value_p == nullptr) {
-        return LastError::failNullArgument(__func__, "value_p");
-    }
-    if (rxStat < 0 || rxStat >= ZORCLIENT_STATS_RX_NUM_STATS) {
-        return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
-                               "%s: %d is no receive statistic (0 to %d)", __func__,
-                               static_cast<int>(rxStat), ZORCLIENT_STATS_RX_NUM_STATS - 1);
-    }
-    *value_p = lease->stats().rx(rxStat);
-    return ZORCLIENT_OK;
+    return getStat(session, rxStat, value_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_session_getTxStat(zorClient_opaqueSession_pt session,
                                                    zorClient_stats_tx txStat,
                                                    zorClient_stats_t* value_p) {
-    auto lease = Handles::lookup(Handles::sessions(), session, __func__, "session");
-    if (!lease) {
-        return ZORCLIENT_FAIL;
-    }
-    if (value_p == nullptr) {
-        return LastError::failNullArgument(__func__, "value_p");
-    }
-    if (txStat < 0 || txStat >= ZORCLIENT_STATS_TX_NUM_STATS) {
-        return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
-                               "%s: %d is no transmit statistic (0 to %d)", __func__,
-                               static_cast<int>(txStat), ZORCLIENT_STATS_TX_NUM_STATS - 1);
-    }
-    *value_p = lease->stats().tx(txStat);
-    return ZORCLIENT_OK;
+    return getStat(session, txStat, value_p, __func__);
 }
 
 zorClient_returnCode_t zorClient_session_getRxStats(zorClient_opaqueSession_pt session,
                                                     zorClient_stats_t* values_p,
                                                     zorClient_uint32_t arraySize) {
-    auto lease = Handles::lookup(Handles::sessions(), session, __func__, "session");
-    if (!lease) {
-        return ZORCLIENT_FAIL;
-    }
-    if (values_p == nullptr) {
-        return LastError::failNullArgument(__func__, "values_p");
-    }
-    for (zorClient_uint32_t id = 0; id < arraySize && id < ZORCLIENT_STATS_RX_NUM_STATS; ++id) {
-        values_p[id] = lease->stats().rx(static_cast<zorClient_stats_rx>(id));
-    }
-    return ZORCLIENT_OK;
+    return getStats<zorClient_stats_rx>(session, values_p, arraySize, __func__);
 }
 
 zorClient_returnCode_t zorClient_session_getTxStats(zorClient_opaqueSession_pt session,
                                                     zorClient_stats_t* values_p,
                                                     zorClient_uint32_t arraySize) {
-    auto lease = Handles::lookup(Handles::sessions(), session, __func__, "session");
-    if (!lease) {
-        return ZORCLIENT_FAIL;
-    }
-    if (values_p == nullptr) {
-        return LastError::failNullArgument(__func__, "values_p");
-    }
-    for (zorClient_uint32_t id = 0; id < arraySize && id < ZORCLIENT_STATS_TX_NUM_STATS; ++id) {
-        values_p[id] = lease->stats().tx(static_cast<zorClient_stats_tx>(id));
-    }
-    return ZORCLIENT_OK;
+    return getStats<zorClient_stats_tx>(session, values_p, arraySize, __func__);
 }
 
 zorClient_returnCode_t zorClient_session_clearStats(zorClient_opaqueSession_pt session) {

@@ -23,24 +23,29 @@ const char* kindName(std::uint8_t kind) noexcept {
     return kind == ZORCLIENT_MAP ? "map" : "stream";
 }
 
-// Where a caller's pointer lies inside bytes that an append may move: its offset there, so it
-// can be found again after the move.
-struct Anchor {
-    const void* pointer_p;
-    std::size_t offset = 0;
-    bool inside = false;
+// Where bytes that an append moved went: a caller's pointer into them (a value read from this
+// very container and added again) is found at the same offset in their new place; any other
+// pointer stays as it is. The old place is kept as a number only, since it may be freed by now.
+class Relocation {
+  public:
+    Relocation(const std::uint8_t* before_p, std::size_t size, const std::uint8_t* after_p) noexcept
+        : before_m(reinterpret_cast<std::uintptr_t>(before_p)),
+          size_m(before_p != nullptr ? size : 0),
+          after_mp(after_p) {}
 
-    Anchor(const void* pointer_p_, const std::uint8_t* base_p, std::size_t size) noexcept
-        : pointer_p(pointer_p_) {
-        const auto* p_p = static_cast<const std::uint8_t*>(pointer_p_);
-        if (p_p != nullptr && base_p != nullptr && p_p >= base_p && p_p < base_p + size) {
-            inside = true;
-            offset = static_cast<std::size_t>(p_p - base_p);
+    template <typename T>
+    const T* operator()(const T* pointer_p) const noexcept {
+        const auto address = reinterpret_cast<std::uintptr_t>(pointer_p);
+        if (pointer_p == nullptr || address < before_m || address - before_m >= size_m) {
+            return pointer_p;
         }
+        return reinterpret_cast<const T*>(after_mp + (address - before_m));
     }
-    const void* resolve(const std::uint8_t* base_p) const noexcept {
-        return inside ? base_p + offset : pointer_p;
-    }
+
+  private:
+    std::uintptr_t before_m;
+    std::size_t size_m;
+    const std::uint8_t* after_mp;
 };
 
 }  // namespace
@@ -280,51 +285,68 @@ void Container::commit(std::size_t size) noexcept {
     }
 }
 
+// The name a field is appended under in a map: its text with the NUL, and the size of the
+// string field that carries it. A stream's fields have none (text_p null, size 0).
+struct Container::NameField {
+    explicit NameField(const char* name_p) noexcept
+        : text_p(name_p),
+          length(name_p != nullptr ? std::strlen(name_p) + 1 : 0),
+          size(name_p != nullptr ? FieldCodec::fieldSize(length) : 0) {}
+
+    const char* text_p;
+    std::size_t length;
+    std::size_t size;  // 0 for a name too long to encode, too
+};
+
+template <typename Fill>
+zorClient_returnCode_t Container::appendNamed(const char* function_p, const NameField& name,
+                                              std::size_t payloadSize, Fill&& fill) {
+    const Storage before = storage();
+    std::uint8_t* out_p = nullptr;
+    const zorClient_returnCode_t rc = reserve(function_p, name.size + payloadSize, &out_p);
+    if (rc != ZORCLIENT_OK) {
+        return rc;
+    }
+    const Relocation moved(before.bytes_p, before.size, storage().bytes_p);
+    if (name.text_p != nullptr) {
+        std::uint8_t* text_p = FieldCodec::writeHeader(out_p, ZORCLIENT_STRING, name.length);
+        std::memcpy(text_p, moved(name.text_p), name.length);
+        out_p += name.size;
+    }
+    fill(out_p, moved);
+    commit(name.size + payloadSize);
+    return ZORCLIENT_OK;
+}
+
 zorClient_returnCode_t Container::add(const char* function_p, const char* name_p, std::uint8_t code,
                                       const void* value_p, std::size_t valueSize,
                                       const void* tail_p, std::size_t tailSize) {
-    zorClient_returnCode_t rc = checkWritable(function_p, name_p);
+    const zorClient_returnCode_t rc = checkWritable(function_p, name_p);
     if (rc != ZORCLIENT_OK) {
         return rc;
     }
     const std::size_t fieldSize = FieldCodec::fieldSize(valueSize + tailSize);
-    const std::size_t nameLength = name_p != nullptr ? std::strlen(name_p) + 1 : 0;
-    const std::size_t nameSize = name_p != nullptr ? FieldCodec::fieldSize(nameLength) : 0;
-    if (fieldSize == 0 || (name_p != nullptr && nameSize == 0)) {
+    const NameField name(name_p);
+    if (fieldSize == 0 || (name_p != nullptr && name.size == 0)) {
         return LastError::fail(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE,
                                "%s: a field of %zu bytes is too large to encode", function_p,
                                valueSize + tailSize);
     }
-    // The value may come from this very container (a string read from it and added again).
-    const Storage before = storage();
-    const Anchor name(name_p, before.bytes_p, before.size);
-    const Anchor value(value_p, before.bytes_p, before.size);
-    const Anchor tail(tail_p, before.bytes_p, before.size);
-    std::uint8_t* out_p = nullptr;
-    rc = reserve(function_p, nameSize + fieldSize, &out_p);
-    if (rc != ZORCLIENT_OK) {
-        return rc;
-    }
-    const std::uint8_t* base_p = storage().bytes_p;
-    if (name_p != nullptr) {
-        std::uint8_t* text_p = FieldCodec::writeHeader(out_p, ZORCLIENT_STRING, nameLength);
-        std::memcpy(text_p, name.resolve(base_p), nameLength);
-        out_p += nameSize;
-    }
-    std::uint8_t* valueOut_p = FieldCodec::writeHeader(out_p, code, valueSize + tailSize);
-    if (valueSize > 0) {
-        std::memcpy(valueOut_p, value.resolve(base_p), valueSize);
-    }
-    if (tailSize > 0) {
-        std::memcpy(valueOut_p + valueSize, tail.resolve(base_p), tailSize);
-    }
-    commit(nameSize + fieldSize);
-    return ZORCLIENT_OK;
+    return appendNamed(
+        function_p, name, fieldSize, [&](std::uint8_t* out_p, const Relocation& moved) {
+            std::uint8_t* valueOut_p = FieldCodec::writeHeader(out_p, code, valueSize + tailSize);
+            if (valueSize > 0) {
+                std::memcpy(valueOut_p, moved(value_p), valueSize);
+            }
+            if (tailSize > 0) {
+                std::memcpy(valueOut_p + valueSize, moved(tail_p), tailSize);
+            }
+        });
 }
 
 zorClient_returnCode_t Container::addEncoded(const char* function_p, const char* name_p,
                                              const std::uint8_t* field_p, std::size_t size) {
-    zorClient_returnCode_t rc = checkWritable(function_p, name_p);
+    const zorClient_returnCode_t rc = checkWritable(function_p, name_p);
     if (rc != ZORCLIENT_OK) {
         return rc;
     }
@@ -334,25 +356,10 @@ zorClient_returnCode_t Container::addEncoded(const char* function_p, const char*
                                "that counts the whole field, the value)",
                                function_p, size);
     }
-    const std::size_t nameLength = name_p != nullptr ? std::strlen(name_p) + 1 : 0;
-    const std::size_t nameSize = name_p != nullptr ? FieldCodec::fieldSize(nameLength) : 0;
-    const Storage before = storage();
-    const Anchor name(name_p, before.bytes_p, before.size);
-    const Anchor field(field_p, before.bytes_p, before.size);
-    std::uint8_t* out_p = nullptr;
-    rc = reserve(function_p, nameSize + size, &out_p);
-    if (rc != ZORCLIENT_OK) {
-        return rc;
-    }
-    const std::uint8_t* base_p = storage().bytes_p;
-    if (name_p != nullptr) {
-        std::uint8_t* text_p = FieldCodec::writeHeader(out_p, ZORCLIENT_STRING, nameLength);
-        std::memcpy(text_p, name.resolve(base_p), nameLength);
-        out_p += nameSize;
-    }
-    std::memcpy(out_p, field.resolve(base_p), size);
-    commit(nameSize + size);
-    return ZORCLIENT_OK;
+    return appendNamed(function_p, NameField(name_p), size,
+                       [&](std::uint8_t* out_p, const Relocation& moved) {
+                           std::memcpy(out_p, moved(field_p), size);
+                       });
 }
 
 zorClient_returnCode_t Container::openSub(const char* function_p, const char* name_p,
@@ -361,14 +368,15 @@ zorClient_returnCode_t Container::openSub(const char* function_p, const char* na
     if (rc != ZORCLIENT_OK) {
         return rc;
     }
-    const std::size_t nameLength = name_p != nullptr ? std::strlen(name_p) + 1 : 0;
-    const std::size_t nameSize = name_p != nullptr ? FieldCodec::fieldSize(nameLength) : 0;
     Container* sub = acquireHandle();
-    const Storage before = storage();
-    const Anchor name(name_p, before.bytes_p, before.size);
-    std::uint8_t* out_p = nullptr;
+    std::size_t subOffset = 0;
     try {
-        rc = reserve(function_p, nameSize + FieldCodec::CONTAINER_HEADER_SIZE, &out_p);
+        rc = appendNamed(function_p, NameField(name_p), FieldCodec::CONTAINER_HEADER_SIZE,
+                         [&](std::uint8_t* out_p, const Relocation&) {
+                             FieldCodec::writeContainerHeader(out_p, kind,
+                                                              FieldCodec::CONTAINER_HEADER_SIZE);
+                             subOffset = static_cast<std::size_t>(out_p - storage().bytes_p);
+                         });
     } catch (...) {
         table().release(reinterpret_cast<std::uintptr_t>(sub->handle_m));
         throw;
@@ -377,15 +385,6 @@ zorClient_returnCode_t Container::openSub(const char* function_p, const char* na
         table().release(reinterpret_cast<std::uintptr_t>(sub->handle_m));
         return rc;
     }
-    const std::uint8_t* base_p = storage().bytes_p;
-    if (name_p != nullptr) {
-        std::uint8_t* text_p = FieldCodec::writeHeader(out_p, ZORCLIENT_STRING, nameLength);
-        std::memcpy(text_p, name.resolve(base_p), nameLength);
-        out_p += nameSize;
-    }
-    FieldCodec::writeContainerHeader(out_p, kind, FieldCodec::CONTAINER_HEADER_SIZE);
-    const std::size_t subOffset = static_cast<std::size_t>(out_p - base_p);
-    commit(nameSize + FieldCodec::CONTAINER_HEADER_SIZE);
     sub->kind_m = kind;
     sub->writer_m = true;
     sub->offset_m = subOffset;

@@ -95,6 +95,14 @@ class Container {
     zorClient_returnCode_t reserve(const char* function_p, std::size_t size, std::uint8_t** out_p);
     // Counts size appended bytes in this container and all that enclose it.
     void commit(std::size_t size) noexcept;
+    struct NameField;
+    // The one way a field is appended: room for the name field (a map's) and payloadSize bytes
+    // after it, the name written, fill(payload_p, moved) to write the payload, then the bytes
+    // counted. moved finds a caller's pointer into this container's bytes again after the room
+    // was made, which may have moved them.
+    template <typename Fill>
+    zorClient_returnCode_t appendNamed(const char* function_p, const NameField& name,
+                                       std::size_t payloadSize, Fill&& fill);
     // Reads the entry at byte at of a body that ends at byte end (both checked by the caller).
     zorClient_returnCode_t readAt(const char* function_p, std::size_t at, std::size_t end,
                                   const char** name_p, FieldCodec::RawField* field_p,

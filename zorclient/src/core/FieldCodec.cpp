@@ -8,35 +8,8 @@ namespace {
 
 constexpr int CONTAINER_LENGTH_BYTES = 4;
 
-// The value size a known fixed-size type must have; -1 for types of any size.
-int fixedValueSize(std::uint8_t code) noexcept {
-    switch (code) {
-        case ZORCLIENT_BOOL:
-        case ZORCLIENT_UINT8:
-        case ZORCLIENT_INT8:
-        case ZORCLIENT_CHAR:
-            return 1;
-        case ZORCLIENT_UINT16:
-        case ZORCLIENT_INT16:
-            return 2;
-        case ZORCLIENT_UINT32:
-        case ZORCLIENT_INT32:
-        case ZORCLIENT_WCHAR:
-        case ZORCLIENT_FLOAT:
-            return 4;
-        case ZORCLIENT_UINT64:
-        case ZORCLIENT_INT64:
-        case ZORCLIENT_DOUBLE:
-            return 8;
-        case ZORCLIENT_NULL:
-            return 0;
-        default:
-            return -1;
-    }
-}
-
 bool hasValidValue(const FieldCodec::RawField& field) noexcept {
-    const int fixed = fixedValueSize(field.code);
+    const int fixed = FieldCodec::fixedValueSize(field.code);
     if (fixed >= 0) {
         return field.valueSize == static_cast<std::uint32_t>(fixed);
     }

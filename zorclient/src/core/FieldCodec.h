@@ -44,6 +44,33 @@ class FieldCodec {
 
     static bool isKnownCode(std::uint8_t code) noexcept { return code <= ZORCLIENT_CHAR; }
 
+    // The value size a known fixed-size type must have; -1 for types of any size.
+    static constexpr int fixedValueSize(std::uint8_t code) noexcept {
+        switch (code) {
+            case ZORCLIENT_BOOL:
+            case ZORCLIENT_UINT8:
+            case ZORCLIENT_INT8:
+            case ZORCLIENT_CHAR:
+                return 1;
+            case ZORCLIENT_UINT16:
+            case ZORCLIENT_INT16:
+                return 2;
+            case ZORCLIENT_UINT32:
+            case ZORCLIENT_INT32:
+            case ZORCLIENT_WCHAR:
+            case ZORCLIENT_FLOAT:
+                return 4;
+            case ZORCLIENT_UINT64:
+            case ZORCLIENT_INT64:
+            case ZORCLIENT_DOUBLE:
+                return 8;
+            case ZORCLIENT_NULL:
+                return 0;
+            default:
+                return -1;
+        }
+    }
+
     // Size of a field with valueSize bytes of value; 0 when it cannot be encoded.
     static std::size_t fieldSize(std::size_t valueSize) noexcept;
 

@@ -69,6 +69,15 @@ void hexLines(TextWriter& out, const std::uint8_t* bytes_p, std::uint32_t size,
     }
 }
 
+// A signed integer field's value: its big-endian bytes (as many as the type is wide), with the
+// sign of the top one.
+std::int64_t signedValue(const FieldCodec::RawField& raw) noexcept {
+    const int unused = 64 - 8 * static_cast<int>(raw.valueSize);
+    return static_cast<std::int64_t>(
+               FieldCodec::getBigEndian(raw.value_p, static_cast<int>(raw.valueSize)) << unused) >>
+           unused;
+}
+
 void fieldLines(TextWriter& out, const FieldCodec::RawField& container, int depth) noexcept;
 
 void fieldValue(TextWriter& out, const FieldCodec::RawField& raw, int depth) noexcept {
@@ -81,28 +90,17 @@ void fieldValue(TextWriter& out, const FieldCodec::RawField& raw, int depth) noe
             out.append(v.boolean ? "true" : "false");
             break;
         case ZORCLIENT_UINT8:
-            out.appendf("%u", v.uint8);
+        case ZORCLIENT_UINT16:
+        case ZORCLIENT_UINT32:
+        case ZORCLIENT_UINT64:
+            out.appendf("%" PRIu64,
+                        FieldCodec::getBigEndian(raw.value_p, static_cast<int>(raw.valueSize)));
             break;
         case ZORCLIENT_INT8:
-            out.appendf("%d", v.int8);
-            break;
-        case ZORCLIENT_UINT16:
-            out.appendf("%u", v.uint16);
-            break;
         case ZORCLIENT_INT16:
-            out.appendf("%d", v.int16);
-            break;
-        case ZORCLIENT_UINT32:
-            out.appendf("%" PRIu32, v.uint32);
-            break;
         case ZORCLIENT_INT32:
-            out.appendf("%" PRId32, v.int32);
-            break;
-        case ZORCLIENT_UINT64:
-            out.appendf("%" PRIu64, v.uint64);
-            break;
         case ZORCLIENT_INT64:
-            out.appendf("%" PRId64, v.int64);
+            out.appendf("%" PRId64, signedValue(raw));
             break;
         case ZORCLIENT_WCHAR:
             out.appendf("U+%04" PRIX32, v.wchar);

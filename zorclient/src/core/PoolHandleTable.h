@@ -11,6 +11,12 @@
 // small cache per thread (ThreadCache), so most calls take no lock. An object itself is used
 // by one thread at a time (its owner's rule), so lookup only guarantees that the handle was live
 // when it was checked.
+//
+// Why not api/HandleTable (the contexts' and sessions' table): messages and containers come and
+// go at message rate, so a lock and a free-list push per create and destroy, and an atomic
+// read-modify-write on a shared slot word per lookup (its Lease), would cost on every message;
+// an object here has one user at a time, so no Lease is needed to keep it alive; and objects are
+// reused in place instead of allocated, which keeps the sending path free of allocation.
 #pragma once
 
 #include <atomic>
