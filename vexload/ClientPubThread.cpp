@@ -71,8 +71,12 @@ void ClientPubThread::configurePublish(const std::vector<MsgProperties>& msgs,
 
     sendVectorSize_m = publishProps.getSendVectorSize();
     wantStopOnError_m = clientProps.wantStopOnError();
+    wantReplicationReconnect_m = clientProps.getWantReplicationReconnect();
     burstMode_m = false;
 
+    xaSize_m = publishProps.getXaSize();
+    xaRollbackInterval_m = publishProps.getXaRollbackInterval();
+    skipFinalCommit_m = publishProps.getSkipFinalCommit();
     ackImmediatelyInterval_m = publishProps.getAckImmediatelyInterval();
     attachmentSizeJitterFactor_m = publishProps.getAttachmentSizeJitterFactor();
     attachSizeMin_m = publishProps.getAttachSizeMin();
@@ -90,6 +94,7 @@ void ClientPubThread::configurePublish(const std::vector<MsgProperties>& msgs,
     partitionKeyList_m = publishProps.getPartitionKeyList();
     msgObjTypeIndex_m = 0;
     msgObjTypeList_m = publishProps.getMsgObjTypeList();
+    transactionRedeliveryLimit_m = publishProps.getTransactionRedeliveryLimit();
 
     if (useSomeFormOfRandomization_m) {
         std::vector<double> weights;
@@ -200,12 +205,13 @@ void ClientPubThread::checkPublishConfiguration(const std::vector<MsgProperties>
                               std::to_string(sizeMin) + "-" + std::to_string(sizeMax) + ".");
     }
 
-    if (publishProps.getXaSize() > 0) {
-        throw PubSubException(prefix + "Publishing in transactions is not available yet.");
-    }
-    if (clientProps.getWantReplicationReconnect()) {
-        throw PubSubException(prefix +
-                              "Republishing after a replication switchover is not available yet.");
+    if (publishProps.getXaSize() > 0 && sendVectorSize > 0) {
+        // The vectored send goes past the transacted session: the commits
+        // would close empty transactions while the messages go out plain.
+        throw PubSubException(prefix + "Vectored sends (send vector size " +
+                              std::to_string(sendVectorSize) +
+                              ") cannot be published in transactions (transaction size " +
+                              std::to_string(publishProps.getXaSize()) + ").");
     }
 }
 

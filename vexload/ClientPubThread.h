@@ -18,13 +18,15 @@
 // paced sending with silence; a send vector collects messages and sends
 // them in one call; random order draws messages by weight.
 //
-// Later work plugs into named places of the loop. Republishing after a
-// replication switchover rewinds the id where nextMsgId steps it (messages
-// at or below maxMsgIdSent are then marked republished already). Transacted
-// publishing commits where finishMessage closes a message, once more after
-// the loop inside its catch, and lets a failed send wait a second longer in
-// waitForClientAfterError. Until then configurePublish refuses both, so that
-// no run silently measures the wrong thing.
+// Transactions: every xaSize-th message closes a transaction, every
+// rollback-interval-th of them as a rollback, and the run commits what is
+// left at its end unless told to leave it open. A commit that fails with a
+// rollback, a timeout or an unknown outcome moves the id back to the first
+// message of the transaction, which is sent again marked republished, as
+// often as the redelivery limit allows. After a replication switchover the
+// id moves back to the first message the broker has not acknowledged.
+// Both go through the client's transaction and acknowledgement operations;
+// a client that cannot do them says so through the exception it throws.
 //
 // Ownership: the client is not owned and must outlive the thread; the
 // message list is the thread's own copy; the time source (tests) is not
@@ -84,9 +86,10 @@ class ClientPubThread : public OSThread {
 
     // Prepares a run; call before start(), while the thread does not run.
     // Hands the statistics and publish records to the client, copies msgs,
-    // and takes the rate, count, send vector, bursts, random order,
-    // attachment regeneration, partition keys and object types from
-    // publishProps. A count of 0 is logged and gives a run that publishes
+    // and takes the rate, count, send vector, bursts, transactions, random
+    // order, attachment regeneration, partition keys and object types from
+    // publishProps, stop-on-error and republishing after a switchover from
+    // the client record. A count of 0 is logged and gives a run that publishes
     // nothing.
     //
     // Throws PubSubException, before anything is changed, for a
@@ -96,8 +99,8 @@ class ClientPubThread : public OSThread {
     // send vector), a rate that is negative or too small for a period in
     // nanoseconds, smooth publishing without a rate, a rate check interval
     // below 1 above the threshold, a catch-up limit that is not a number of
-    // 0 or more, an empty random attachment size range, transactions, and
-    // republishing after a replication switchover.
+    // 0 or more, an empty random attachment size range, and vectored sends
+    // in transactions (the vectored send knows no transaction).
     void configurePublish(const std::vector<MsgProperties>& msgs,
                           const PublishProperties& publishProps,
                           const StatsCustomizationProperties& statsCust,
@@ -153,12 +156,25 @@ class ClientPubThread : public OSThread {
     template <class Clock>
     void finishRun(Clock& clock, PubRun& run);
 
-    // The id of the next message.
-    INT64 nextMsgId(const PubRun& run) const;
+    // The id of the next message: one on, or back to the first message
+    // not acknowledged after a switchover.
+    INT64 nextMsgId(PubRun& run);
+    // Republishing after a switchover: holds the run until the client is
+    // connected again.
+    template <class Clock>
+    void waitForReconnection(Clock& clock);
     // Chooses the message for the id in hand and makes it ready to send.
     INT32 prepareMessage(PubRun& run);
     // After the send attempts of one message.
     void finishMessage(const PubRun& run);
+    // Closes the transaction that the message in hand completes.
+    void commitInLoop(PubRun& run);
+    // Closes the last transaction of the run; exceptions go to the caller.
+    void commitAtEnd(const PubRun& run);
+    // A commit in the loop failed with cause: decides from the client's
+    // last error whether the transaction goes out again (moving the id
+    // back), and logs why.
+    void handleCommitFailure(PubRun& run, const char* cause);
     // Logs at error level and writes to standard output, framed by blank
     // lines, as every failure that ends a run is reported.
     void reportFailure(const std::string& text);
@@ -189,6 +205,12 @@ class ClientPubThread : public OSThread {
     INT32 producerIndex_m;
     UINT64 cpuSpeedInHz_m;
     PerfStats txStats_m;
+    bool wantReplicationReconnect_m = false;
+    INT32 xaSize_m = 0;              // messages per transaction; 0 or below: none
+    INT32 xaRollbackInterval_m = 0;  // every n-th commit rolls back; 0 or below: never
+    bool skipFinalCommit_m = false;
+    // Resends of one failed transaction: -1 for ever, 0 never.
+    INT32 transactionRedeliveryLimit_m = -1;
     INT32 ackImmediatelyInterval_m = 0;  // 0 or below: the flag is left alone
     bool useRandomMessageOrder_m = false;
     bool useSomeFormOfRandomization_m = false;

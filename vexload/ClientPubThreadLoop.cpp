@@ -12,38 +12,9 @@
 #include "common/Log.h"
 #include "common/PubSubException.h"
 #include "vexload/ClientPubThread.h"
+#include "vexload/ClientPubThreadRun.h"
 
 namespace zorvane::pubsub {
-
-struct ClientPubThread::PubRun {
-    INT64 maxCatchupInNs = DEFAULT_MAX_CATCHUP_IN_NS;
-    // 0 or below: unpaced.
-    INT64 singleMsgPeriodInNanoSec = 0;
-    // Message n is due at pubStartTimeInNanoSec + n * singleMsgPeriodInNanoSec.
-    UINT64 pubStartTimeInNanoSec = 0;
-    // Result of the last wait; negative: that late.
-    INT64 timeWaitedInNanoSec = 0;
-    INT32 rateCheckInterval = 1;
-    // At or below the threshold every message waits for its time.
-    bool rateCheckEveryMsg = true;
-    UINT64 cyclesPerMsg = 0;
-    // Smooth publishing: the slot of the last message, and the slot time
-    // handed to the tool data (0 outside smooth mode: stamped at send).
-    UINT64 startTimeInCycles = 0;
-    UINT64 latTimestamp = 0;
-    UINT64 psmMaxCyclesBehind = 0;
-    UINT64 burstStartTimeInUs = 0;
-    // The next send opens a burst.
-    bool firstSample = false;
-    // The id of the message in hand, from 1.
-    INT64 numMsgs = 0;
-    INT64 maxMsgIdSent = 0;
-    int maxPubRetries = DEFAULT_MAX_PUB_RETRIES;
-    INT32 msgStrCount = 0;
-    bool wantToolData = false;
-    bool wantSmoothPubCalcLatency = false;
-    bool sentSuccessfully = false;
-};
 
 void* ClientPubThread::runImpl() {
     if (timeSource_mp != nullptr) {
@@ -63,6 +34,12 @@ void ClientPubThread::publishRun(Clock& clock) {
     // the loop here, and the run still ends in order.
     try {
         while (run.numMsgs < numMsgs_m && !shutdownFlag_m.load(std::memory_order_relaxed)) {
+            if (wantReplicationReconnect_m) {
+                waitForReconnection(clock);
+                if (shutdownFlag_m.load(std::memory_order_relaxed)) {
+                    break;
+                }
+            }
             run.numMsgs = nextMsgId(run);
             if (run.wantSmoothPubCalcLatency) {
                 paceSmooth(clock, run);
@@ -72,6 +49,14 @@ void ClientPubThread::publishRun(Clock& clock) {
             const INT32 msgIndex = prepareMessage(run);
             sendWithRetries(clock, run, msgIndex);
             finishMessage(run);
+            if (xaSize_m > 0 && run.numMsgs % xaSize_m == 0) {
+                commitInLoop(run);
+            }
+        }
+        // Also after a stop, and also when the loop has just committed the
+        // last transaction: the client decides what an empty one means.
+        if (xaSize_m > 0 && !skipFinalCommit_m) {
+            commitAtEnd(run);
         }
     } catch (const std::exception& e) {
         reportFailure("CLIENT " + client_mp->getName() + " : " +
@@ -126,8 +111,33 @@ void ClientPubThread::setUpRun(Clock& clock, PubRun& run) {
     run.startTimeInCycles = clock.numClockCycles();
 }
 
-INT64 ClientPubThread::nextMsgId(const PubRun& run) const {
-    return run.numMsgs + 1;
+template <class Clock>
+void ClientPubThread::waitForReconnection(Clock& clock) {
+    while (client_mp->getChannelState() != AbstractClient::CLIENT_STATE_CONNECTED &&
+           !shutdownFlag_m.load()) {
+        clock.sleepInSec(1);
+    }
+}
+
+INT64 ClientPubThread::nextMsgId(PubRun& run) {
+    if (!wantReplicationReconnect_m || !client_mp->getReplicationReconnecting()) {
+        return run.numMsgs + 1;
+    }
+    // The broker that took over has what was acknowledged; everything after
+    // it may be lost and goes out again. Acknowledged ids carry the order
+    // offset of the stream, the run's ids do not.
+    const INT64 acked = static_cast<INT64>(client_mp->getLastAckedMsgId()) -
+                        client_mp->getPubOrderOffsetInPublishProperties();
+    const INT64 first = std::clamp<INT64>(acked + 1, 1, run.maxMsgIdSent + 1);
+    client_mp->setReplicationReconnecting(false);
+    LOG_INFO(
+        "CLIENT %s : Reconnected following replication switchover.  Republishing msgIds: %lld - "
+        "%lld",
+        client_mp->getName().c_str(), static_cast<long long>(first),
+        static_cast<long long>(run.maxMsgIdSent));
+    // Ids collected but not yet sent are among those pushed again.
+    client_mp->clearSendVector(producerIndex_m);
+    return first;
 }
 
 template <class Clock>
@@ -288,6 +298,10 @@ void ClientPubThread::waitForClientAfterError(Clock& clock) {
             !mayReconnect) {
             shutdownFlag_m.store(true);
         }
+        clock.sleepInSec(1);
+    }
+    if (xaSize_m > 0) {
+        // The transacted session comes back after the connection.
         clock.sleepInSec(1);
     }
     if (!shutdownFlag_m.load()) {

@@ -9,6 +9,7 @@
 
 #include "tests/unit/LogCapture.h"
 #include "tests/unit/PubThreadTestSupport.h"
+#include "zorClient.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -27,6 +28,16 @@ struct Rig {
             all.insert(all.end(), send.ids.begin(), send.ids.end());
         }
         return all;
+    }
+    // Ids of the sends that went out marked republished.
+    std::vector<long long> republishedIds() const {
+        std::vector<long long> ids;
+        for (const SendRecord& send : client.sends_m) {
+            if (send.republished) {
+                ids.push_back(send.ids.back());
+            }
+        }
+        return ids;
     }
     FakePubClock clock;
     RecordingClient client;
@@ -74,6 +85,7 @@ TEST(ClientPubThreadSchedule, EachMessageGoesAtItsSlotWhateverTheSendCost) {
         ASSERT_EQ(fast[i], (i + 1) / 100 * 20 * MS) << "message " << i + 1;
     }
     EXPECT_EQ(sendTimes(publishAt(1000, 150))[98], 99 * MS) << "1000 per second: every one";
+    EXPECT_EQ(sendTimes(publishAt(1000.1, 150))[98], 0u) << "just above: in groups";
 }
 
 TEST(ClientPubThreadSchedule, StallIsCaughtUpUnlessTheRateIsACeilingAndTheLimitPassed) {
@@ -136,11 +148,23 @@ TEST(ClientPubThreadSchedule, SmoothPublishingKeepsItsGridAndCountsLateSlots) {
 TEST(ClientPubThreadRun, CountIsSentInListOrderAndTheRunEndsInOrder) {
     LogCapture log;
     Rig rig(NullClient::defaultProps(), 77);
-    runToEnd(rig.thread, topicMessages(2), publishAt(0, 3));
+    bool publishingMidRun = false;
+    rig.clock.onWait_m = [&] {
+        if (rig.clock.waits_m == 2) {
+            publishingMidRun = rig.thread.isPublishing() && !rig.thread.isDonePublishing();
+            rig.thread.resetStats();  // the measured time starts now
+        }
+    };
+    runToEnd(rig.thread, topicMessages(2), publishAt(1000, 3));
     EXPECT_EQ(rig.ids(), range(1, 3));
     EXPECT_EQ(rig.client.sends_m[2].text.substr(0, 3), "t0|") << "the list is walked in a circle";
+    EXPECT_TRUE(publishingMidRun);
     EXPECT_TRUE(rig.thread.isDonePublishing() && !rig.thread.isPublishing());
-    EXPECT_EQ(rig.thread.getStartTime(), T0 / 1000);
+    EXPECT_EQ(rig.thread.getStartTime(), (T0 + MS) / 1000);
+    EXPECT_EQ(rig.thread.getEndTime(), (T0 + 3 * MS) / 1000);
+    EXPECT_EQ(rig.thread.getLastPubTime(), rig.thread.getEndTime());
+    rig.thread.resetStats();
+    EXPECT_EQ(rig.thread.getStartTime() + rig.thread.getEndTime(), 0u) << "not publishing";
     for (const char* line :
          {"ClientPubThread with producer index 0 initialized with random seed 77",
           "CLIENT 000001: Start client pub thread", "CLIENT 000001: running pub thread",
@@ -329,10 +353,9 @@ TEST(ClientPubThreadRun, ConfigurationsTheLoopCannotRunAreRefused) {
         return "accepted";
     };
     const ClientProperties base = NullClient::defaultProps();
-    ClientProperties slowCheck = base, catchup = base, switchover = base;
+    ClientProperties slowCheck = base, catchup = base;
     slowCheck.setRateCheckInterval(0);
     catchup.setExtraPropsList({ClientPubThread::MAX_CATCHUP_KEY, "12ms"});
-    switchover.setWantReplicationReconnect(true);
     PublishProperties vector = publishAt(0, 5), xa = publishAt(0, 5);
     vector.setSendVectorSize(51);
     xa.setXaSize(10);
@@ -351,9 +374,155 @@ TEST(ClientPubThreadRun, ConfigurationsTheLoopCannotRunAreRefused) {
     EXPECT_EQ(refusal(publishAt(0, 5), catchup),
               "The value of ZORVANE_VEXLOAD_MTR_CATCHUP_NS in the extra properties must be a "
               "number of nanoseconds of 0 or more, not \"12ms\".");
-    EXPECT_EQ(refusal(xa, base), "Publishing in transactions is not available yet.");
-    EXPECT_EQ(refusal(publishAt(0, 5), switchover),
-              "Republishing after a replication switchover is not available yet.");
+    EXPECT_EQ(refusal(xa, base), "accepted");
+    xa.setSendVectorSize(5);
+    EXPECT_EQ(refusal(xa, base),
+              "Vectored sends (send vector size 5) cannot be published in transactions "
+              "(transaction size 10).");
+}
+
+std::vector<long long> concat(std::vector<std::vector<long long>> parts) {
+    std::vector<long long> all;
+    for (const auto& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
+TEST(ClientPubThreadTransactions, EveryNthMessageCommitsEveryMthCommitRollsBackTheRestAtTheEnd) {
+    auto commits = [](INT64 numMsgs, INT32 rollbackInterval, bool skipFinal) {
+        PublishProperties props = publishAt(0, numMsgs);
+        props.setXaSize(10);
+        props.setXaRollbackInterval(rollbackInterval);
+        props.setSkipFinalCommit(skipFinal);
+        Rig rig;
+        runToEnd(rig.thread, topicMessages(3), props);
+        std::string seen;
+        for (const CommitRecord& commit : rig.client.commits_m) {
+            seen += std::to_string(commit.lastId) + (commit.wantRollback ? "R " : " ");
+        }
+        return seen;
+    };
+    EXPECT_EQ(commits(25, 2, false), "10 20R 25 ");
+    EXPECT_EQ(commits(20, 1, false), "10R 20R 20R ") << "the end commits even after a full one";
+    EXPECT_EQ(commits(25, 0, true), "10 20 ");
+
+    // A failed send waits a second longer for the transacted session.
+    PublishProperties props = publishAt(0, 5);
+    props.setXaSize(5);
+    Rig rig;
+    rig.client.failWhen_m = [&](INT64 id, int attempt) {
+        if (id == 3 && attempt == 3) {
+            rig.client.setChannelState(AbstractClient::CLIENT_STATE_RECONNECTING);
+            throw PubSubException("send failed");
+        }
+    };
+    rig.clock.onSleepSec_m = [&] {
+        rig.client.setChannelState(AbstractClient::CLIENT_STATE_CONNECTED);
+    };
+    runToEnd(rig.thread, topicMessages(1), props);
+    EXPECT_EQ(rig.ids(), range(1, 5));
+    EXPECT_EQ(rig.clock.secondSleeps_m, 2);
+}
+
+TEST(ClientPubThreadTransactions, FailedCommitSendsTheTransactionAgainAsTheErrorAndLimitAllow) {
+    LogCapture log;
+    PublishProperties props = publishAt(0, 60);
+    props.setXaSize(10);
+    Rig rolledBack;
+    rolledBack.client.commitFails_m = [&](int n) {
+        if (n == 5) {
+            rolledBack.client.updateLastError("ZORCLIENT_SUBCODE_OK", 0, "", ZORCLIENT_ROLLBACK);
+            throw PubSubException("rolled back");
+        }
+    };
+    runToEnd(rolledBack.thread, topicMessages(3), props);
+    EXPECT_EQ(rolledBack.ids(), concat({range(1, 50), range(41, 60)}));
+    EXPECT_EQ(rolledBack.republishedIds(), range(41, 50));
+    EXPECT_TRUE(log.contains(log::LEVEL_INFO,
+                             "Received rollback on commit. Resending 10 messages, no duplicated "
+                             "expected. Current transaction redelivery counter=1 ."));
+    EXPECT_TRUE(log.contains(log::LEVEL_INFO,
+                             "CLIENT 000001 : Error received while committing. Cause:rolled back"));
+
+    // A limit of 1 sends each transaction at most twice.
+    props.setNumMsgsPerClient(20);
+    props.setTransactionRedeliveryLimit(1);
+    Rig timedOut;
+    timedOut.client.commitFails_m = [&](int n) {
+        if (n == 1 || n == 3 || n == 4) {
+            timedOut.client.updateLastError("ZORCLIENT_SUBCODE_TIMEOUT", 0, "", ZORCLIENT_FAIL);
+            throw PubSubException("timeout");
+        }
+    };
+    runToEnd(timedOut.thread, topicMessages(3), props);
+    EXPECT_EQ(timedOut.ids(), concat({range(1, 10), range(1, 10), range(11, 20), range(11, 20)}));
+    EXPECT_EQ(log.count("Received TIMEOUT on commit. Resending 10 messages, duplicates possible. "
+                        "Current transaction redelivery counter=1 ."),
+              2u);
+    EXPECT_TRUE(log.contains(log::LEVEL_WARNING,
+                             "Received TIMEOUT on commit. NOT resending messages due to "
+                             "transaction redelivery limit (1) being reached."));
+
+    // A client without transactions: nothing is resent, and the failing
+    // commit at the end is reported as the run's failure.
+    Rig unavailable;
+    unavailable.client.commitFails_m = [](int) {
+        throw PubSubException("CLIENT 000001: Transacted sessions are not available in this build");
+    };
+    CaptureStdout();
+    runToEnd(unavailable.thread, topicMessages(3), props);
+    EXPECT_EQ(GetCapturedStdout(),
+              "\n\nCLIENT 000001 : Error received while publishing. Cause:CLIENT 000001: "
+              "Transacted sessions are not available in this build\n\n");
+    EXPECT_EQ(unavailable.ids(), range(1, 20));
+    EXPECT_EQ(unavailable.client.commits_m.size(), 3u);
+    EXPECT_TRUE(unavailable.thread.isDonePublishing());
+}
+
+TEST(ClientPubThreadSwitchover, RepublishesFromTheFirstUnacknowledgedIdOnceReconnected) {
+    LogCapture log;
+    ClientProperties clientProps = NullClient::defaultProps();
+    clientProps.setWantReplicationReconnect(true);
+    PublishProperties props = publishAt(0, 150);
+    props.setOrderOffset(1000);  // a resumed stream: acknowledged ids carry it
+    Rig rig(clientProps);
+    rig.client.costNs_m = [&](INT64 id) {
+        if (id == 1120 && rig.clock.secondSleeps_m == 0) {
+            rig.client.setChannelState(AbstractClient::CLIENT_STATE_RECONNECTING);
+            rig.client.setReplicationReconnecting(true);
+            rig.client.lastAcked_m = 1097;
+        }
+        return UINT64{0};
+    };
+    rig.clock.onSleepSec_m = [&] {
+        rig.client.setChannelState(AbstractClient::CLIENT_STATE_CONNECTED);
+    };
+    runToEnd(rig.thread, topicMessages(7), props);
+    EXPECT_EQ(rig.ids(), concat({range(1001, 1120), range(1098, 1150)}));
+    EXPECT_EQ(rig.republishedIds(), range(1098, 1120));
+    EXPECT_EQ(rig.client.sends_m[120].text.substr(0, 3), "t6|") << "id 98 is list element 6";
+    EXPECT_EQ(rig.clock.secondSleeps_m, 1);
+    EXPECT_TRUE(log.contains(log::LEVEL_INFO,
+                             "CLIENT 000001 : Reconnected following replication switchover.  "
+                             "Republishing msgIds: 98 - 120"));
+
+    // A client that does not come back holds the run until it is stopped.
+    Rig down(clientProps);
+    down.client.costNs_m = [&](INT64 id) {
+        if (id == 3) {
+            down.client.setChannelState(AbstractClient::CLIENT_STATE_RECONNECTING);
+        }
+        return UINT64{0};
+    };
+    down.clock.onSleepSec_m = [&] {
+        if (down.clock.secondSleeps_m == 5) {
+            down.thread.stopPublish();
+        }
+    };
+    runToEnd(down.thread, topicMessages(1), publishAt(0, 10));
+    EXPECT_EQ(down.ids(), range(1, 3));
+    EXPECT_TRUE(down.thread.isDonePublishing());
 }
 
 }  // namespace

@@ -51,10 +51,17 @@ struct SendRecord {
     std::vector<long long> ids;  // the message id, or the send vector's ids
     std::string text;            // topic, partition key, object type, ack mark, attachment
     UINT64 latencyStamp;
+    bool republished;
 };
 
-// Records each send (message ids come from the tool data). costNs_m moves
-// the clock per send; failWhen_m may throw to fail an attempt.
+struct CommitRecord {
+    long long lastId;  // of the last send before the commit
+    bool wantRollback;
+};
+
+// Records each send (message ids come from the tool data) and each commit.
+// costNs_m moves the clock per send; failWhen_m may throw to fail an
+// attempt; commitFails_m may throw to fail commit number n (from 1).
 class RecordingClient : public NullClient {
   public:
     RecordingClient(FakePubClock& clock, const ClientProperties& props = defaultProps())
@@ -65,6 +72,8 @@ class RecordingClient : public NullClient {
     bool connectThrows_m = false;
     std::function<UINT64(INT64 id)> costNs_m;
     std::function<void(INT64 id, int attempt)> failWhen_m;
+    std::vector<CommitRecord> commits_m;
+    std::function<void(int commitNo)> commitFails_m;
 
   protected:
     void connectImpl() override {
@@ -79,19 +88,26 @@ class RecordingClient : public NullClient {
                                  (msg_p->getAckImmediately() ? "!" : "") + "|" +
                                  msg_p->getAttachment();
         record({static_cast<long long>(msg_p->getToolData()->getMsgId())}, text,
-               msg_p->getToolData()->getLatency());
+               msg_p->getToolData()->getLatency(), msg_p->getRepublished());
     }
     void publishSendMultipleImpl(std::vector<MsgProperties>&, bool, INT32) override {
-        record(getSendVector(0), "", 0);
+        record(getSendVector(0), "", 0, false);
+    }
+    void commitTransactionOnCurrPubImpl(INT32, bool wantRollback) override {
+        commits_m.push_back({sends_m.empty() ? 0 : sends_m.back().ids.back(), wantRollback});
+        if (commitFails_m) {
+            commitFails_m(static_cast<int>(commits_m.size()));
+        }
     }
 
   private:
-    void record(const std::vector<long long>& ids, const std::string& text, UINT64 stamp) {
+    void record(const std::vector<long long>& ids, const std::string& text, UINT64 stamp,
+                bool republished) {
         ++attempts_m;
         if (failWhen_m) {
             failWhen_m(ids.back(), attempts_m);
         }
-        sends_m.push_back({clock_m.nowNs_m, ids, text, stamp});
+        sends_m.push_back({clock_m.nowNs_m, ids, text, stamp, republished});
         if (costNs_m) {
             clock_m.nowNs_m += costNs_m(ids.back());
         }
