@@ -11,21 +11,13 @@
 #include <memory>
 #include <string>
 
+#include "client/zcore/CommitOutcome.h"
 #include "common/Log.h"
 #include "common/PubSubErrorResponseException.h"
 #include "vexload/ClientPubThread.h"
 #include "vexload/ClientPubThreadRun.h"
-#include "zorClient.h"
 
 namespace zorvane::pubsub {
-
-namespace {
-
-bool hasSubCode(const PubSubErrorResponseException& error, zorClient_subCode_t subCode) {
-    return error.getSubCode() == zorClient_subCodeToString(subCode);
-}
-
-}  // namespace
 
 void ClientPubThread::commitInLoop(PubRun& run) {
     ++run.numCommits;
@@ -53,16 +45,14 @@ void ClientPubThread::handleCommitFailure(PubRun& run, const char* cause) {
     bool wantResend = false;
     bool isRollback = false;
     if (commitLastError != nullptr) {
-        const INT32 returnCode = commitLastError->getReturnCode();
-        if (returnCode == ZORCLIENT_FAIL &&
-            hasSubCode(*commitLastError, ZORCLIENT_SUBCODE_COMMIT_STATUS_UNKNOWN)) {
+        const CommitOutcome outcome = classifyCommitFailure(*commitLastError);
+        if (outcome == CommitOutcome::STATUS_UNKNOWN) {
             logStr = "Received ZORCLIENT_SUBCODE_COMMIT_STATUS_UNKNOWN on commit.";
             wantResend = true;
-        } else if (returnCode == ZORCLIENT_FAIL &&
-                   hasSubCode(*commitLastError, ZORCLIENT_SUBCODE_TIMEOUT)) {
+        } else if (outcome == CommitOutcome::TIMEOUT) {
             logStr = "Received TIMEOUT on commit.";
             wantResend = true;
-        } else if (returnCode == ZORCLIENT_ROLLBACK) {
+        } else if (outcome == CommitOutcome::ROLLBACK) {
             logStr = "Received rollback on commit.";
             logLvl = log::LEVEL_INFO;
             wantResend = true;
