@@ -182,8 +182,6 @@ void displayClientStats(const CliProperties& cliProperties, const ReportSource& 
     const INT32 numClients = cliProperties.getIntegerProperty(CliProperties::NUM_CLIENTS);
     const double txRate = source.txThroughput();
     const INT64 txCount = source.sdkStat(SDK_TX_MSGS);
-    const PerfStats aggregateStats = source.rxStats(ALL_CLIENTS_INDEX, false);
-    const ReportContext ctx{cliProperties, source, aggregateStats, numClients};
 
     // 1: what was sent. The rate is the report's first floating-point figure
     // and sets out's notation for the rest of the report.
@@ -193,7 +191,11 @@ void displayClientStats(const CliProperties& cliProperties, const ReportSource& 
     out << "Computed publish rate (msg/sec)            = " << std::fixed << std::setprecision(2)
         << txRate << "\n\n";
 
-    // 2, 3, 4: what was received.
+    // 2, 3, 4: what was received. The aggregate is asked for only now, so
+    // that a collection that fails to build it still leaves the send figures
+    // printed.
+    const PerfStats aggregateStats = source.rxStats(ALL_CLIENTS_INDEX, false);
+    const ReportContext ctx{cliProperties, source, aggregateStats, numClients};
     std::ostringstream title;
     title << "Aggregate Msgs Recv Stats (Total # clients: " << numClients << ")";
     out << DisplayUtils::summary(aggregateStats, title.str());

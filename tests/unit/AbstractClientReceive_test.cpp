@@ -105,6 +105,26 @@ TEST(ReceiveFastPath, SenderClockAheadIsReportedAndSampledIntoTheLastBucket) {
         << "the huge unsigned latency shows as it is";
 }
 
+TEST(ReceiveFastPath, WithoutMeasuringEachMessageIsStillTimedAndTypedMessagesJudged) {
+    ClientProperties props = clientProps();
+    props.setMsgObjTypeCheck(true);
+    auto client = makeClient(measuring(), props);
+    ASSERT_FALSE(client->wantSlowPath()) << "the object type check is not a slow path feature";
+    TestMessage typed(record(1, 1));
+    typed.objectTypeReadable_m = true;
+    typed.objectType_m = "t";
+    typed.objectContent_m = "TEXT_MESSAGE";
+    client->receive(typed);
+    OS::sleepInUs(1000);
+    client->receive(typed);
+    const PerfStats& stats = client->getRxStats(false);
+    EXPECT_EQ(client->stat(P::NUM_TPUT_MSGS), 2U) << "the rate counts every message";
+    EXPECT_GT(stats.getEndTime(), stats.getStartTime());
+    EXPECT_NE(stats.getStartTime(), 0U);
+    EXPECT_EQ(client->stat(P::NUM_MSGS_RECEIVED_OBJECT_TYPE_OK), 2U);
+    EXPECT_EQ(typed.decodes_m, 0) << "no feature needs the tool data";
+}
+
 TEST(ReceivePathChoice, SlowPathRunsOnlyWhenAFeatureNeedsItAndFanoutSilencesOrderChecks) {
     StatsCustomizationProperties rx = measuring();
     rx.setWantLatency(true);

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ class FakeSource : public ReportSource {
     double txThroughput() const override { return txRate; }
     INT64 sdkStat(int id) const override { return sdk ? sdk(id) : 0; }
     PerfStats rxStats(int index, bool firstLast) const override {
+        if (aggregateFails && index == ALL_CLIENTS_INDEX && !firstLast) {
+            throw std::runtime_error("collection gone");
+        }
         if (firstLast) {
             return firstLastStats;
         }
@@ -36,6 +40,7 @@ class FakeSource : public ReportSource {
     std::vector<std::map<INT32, UINT64>> subOffsets;
     double cpu = 0.0;
     INT64 alarms = 0;
+    bool aggregateFails = false;
 };
 
 struct ReportTest : ::testing::Test {
@@ -157,7 +162,18 @@ TEST_F(ReportTest, ConditionalSectionsAppearOnlyWhenTheirConditionHolds) {
         {text(CliProperties::REQUIRED_SETTLEMENTS),
          "AD Sub ACK/NACK stats:\n  Messages Received Accepted  = 137\n"
          "  Messages Received Rejected  = 139\n  Messages Received Failed    = 138\n"},
-        {flag(CliProperties::WANT_PAYLOAD_CHECK), "\n\nMessage Integrity Checking:\n"},
+        {flag(CliProperties::WANT_PER_PRI_THRU_STATS),
+         "\n\nCoS Stats (Message Class, Messages Received, Message Rage (msg/sec)\n\nCPU"},
+        {[](ReportTest& t) { t.cli.setVectorProperty(CliProperties::SDM_FILE_LIST, {"f"}); },
+         "\n\nMessage Integrity Checking:\n"},
+        {flag(CliProperties::SDM_AUTO_GEN_FLAG), ""},  // already shown
+        {flag(CliProperties::WANT_PAYLOAD_CHECK), ""},
+        {flag(CliProperties::MSG_OBJ_TYPE_CHECK),
+         "\n\nMessage Object Type Checking:\nTotal Messages OK         = 0\n"},
+        {flag(CliProperties::WANT_CID_STATS), "\n\nMsgs Received Per Consumer ID:\n"},
+        {flag(CliProperties::WANT_FULL_MSG_INSPECTION),
+         "\n\nMessage Content Inspection Stats:\nReceived Total         = 0\n"},
+        {flag(CliProperties::WANT_PRIORITY_STATS), "\n\nMessage Priority Stats:\n"},
         {text(CliProperties::CACHE_PROP_NAME), ""},  // no request sent: no section
         {[](ReportTest& t) { t.source.aggregate.incStat(PerfStats::NUM_CACHE_REQ_SENT); },
          "\n\nCache Stats:\nNum Requests Sent           = 1\n"},
@@ -184,6 +200,112 @@ TEST_F(ReportTest, ConditionalSectionsAppearOnlyWhenTheirConditionHolds) {
     cli.setBooleanProperty(CliProperties::WANT_ORDER_CHECK_PUBLISHER_STREAM_NUMBER, true);
     source.clients.emplace_back();  // the order block reads each client
     EXPECT_TRUE(shows("  Total NACK Events    = 0\n  Total ACKED Messages = 0\n"));
+}
+
+TEST_F(ReportTest, EverySectionComesInItsPlaceWithItsBlankLines) {
+    source.sdk = [](int id) -> INT64 { return id == 3 ? 2 : 0; };
+    for (const char* key :
+         {CliProperties::WANT_DI_STATS, CliProperties::WANT_ORDER_CHECK_PUBLISHER_STREAM_NUMBER,
+          CliProperties::WANT_ORDER_MEMORY, CliProperties::WANT_PER_SUB_THRU_STATS,
+          CliProperties::WANT_PER_PRI_THRU_STATS, CliProperties::SDM_AUTO_GEN_FLAG,
+          CliProperties::WANT_LATENCY_MEASUREMENT, CliProperties::MSG_OBJ_TYPE_CHECK,
+          CliProperties::WANT_CID_STATS, CliProperties::WANT_FULL_MSG_INSPECTION,
+          CliProperties::WANT_PRIORITY_STATS, CliProperties::WANT_API_STATS}) {
+        cli.setBooleanProperty(key, true);
+    }
+    for (const char* key : {CliProperties::AD_ACK_EVENT_MODE, CliProperties::SETTLEMENT_PATTERN,
+                            CliProperties::CACHE_PROP_NAME}) {
+        cli.setStringProperty(key, "x");
+    }
+    cli.setIntegerProperty(CliProperties::SIGALRM_INTERVAL_IN_US, 10);
+    source.aggregate.incStat(PerfStats::NUM_CACHE_REQ_SENT);
+    source.aggregate.incDemuxStats("s");
+    source.clients.emplace_back();
+
+    const char* sections[] = {
+        "\n-----",
+        "-\nAggregate Msgs Sent Stats (Total # clients: 1)\n",
+        "\n\n-----",
+        "-\nAggregate Msgs Recv Stats (Total # clients: 1)\n",
+        "\nMessages received with discard indication  = 2\nDiscard indication discrepancy:\n",
+        "\nAD Pub ACK/NACK stats:\n",
+        "\n  Total ACKED Messages = 0\nAD Sub ACK/NACK stats:\n",
+        "\n\nMessage Order Check Summary:\n",
+        "\n\nOut-of-Order Msgs by Client:\nMessage Order Memory:\n\n",
+        "\nClient,Msgs,Throughput:\n",
+        "\n\nCoS Stats (",
+        "\n\nMessage Integrity Checking:\n",
+        " = 0\nNo latency samples collected\n",
+        "\nMessage Object Type Checking:\n",
+        "\n\nMsgs Received Per Consumer ID:\n",
+        "\n\nMessage Content Inspection Stats:\n",
+        "\n\nCache Stats:\n",
+        "\n\nMessage Priority Stats:\n",
+        "\n\nMsgs Received Per Demux ID:\n",
+        "\nSIGALRM events handled: 0\n\nCPU usage = 0.000%\n\n\nZCORE RX STATS:\n",
+        "\n\nZCORE TX STATS:\n",
+    };
+    const std::string text = report();
+    size_t at = 0;
+    for (const char* section : sections) {
+        at = text.find(section, at);
+        ASSERT_NE(at, std::string::npos) << section << "\nin order in\n" << text;
+    }
+    EXPECT_TRUE(text.ends_with(" : 0\n\n\n")) << "the last library statistic, two blanks";
+}
+
+TEST_F(ReportTest, LatencyPrecisionAndFullStatsReachBothLatencySections) {
+    cli.setBooleanProperty(CliProperties::WANT_LATENCY_MEASUREMENT, true);
+    cli.setIntegerProperty(CliProperties::LATENCY_FIRST_TO_LAST_FANOUT, 2);
+    // Buckets of 2 us: samples of 5 and 7 us average 6, the median bucket
+    // ends at 6 us. The first-to-last statistics hold one sample of 3 us.
+    source.aggregate = PerfStats("aggregate", 1000000, 16, 1, 0.0);
+    source.aggregate.incLatency(10, 5);
+    source.aggregate.incLatency(20, 7);
+    source.firstLastStats = PerfStats("fl", 1000000, 16, 1, 0.0);
+    source.firstLastStats.incLatency(10, 3);
+    cli.setBooleanProperty(CliProperties::WANT_LATENCY_FULL_STATS, false);
+
+    std::string text = report();
+    EXPECT_NE(text.find("Individual latency bucket size = 2.00 us\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\nLatency Stats: \nAverage latency for subs       = 6 us\n"
+                        "50th percentile latency        = 6 us\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("\n\nLatency Info: \n"), std::string::npos) << "a blank before each";
+    EXPECT_NE(text.find("\nFirst Last Latency Stats: \nAverage latency for subs       = 3 us\n"),
+              std::string::npos)
+        << text;
+    EXPECT_EQ(text.find("Minimum"), std::string::npos);
+    EXPECT_EQ(text.find("Debug information"), std::string::npos);
+
+    cli.setIntegerProperty(CliProperties::LATENCY_PRECISION, 3);
+    cli.setBooleanProperty(CliProperties::WANT_LATENCY_FULL_STATS, true);
+    cli.setBooleanProperty(CliProperties::WANT_VERBOSE, true);
+    text = report();
+    EXPECT_NE(text.find("Individual latency bucket size = 2.000 us\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\nLatency Stats: \nMinimum latency for subs       = 5.000 us\n"
+                        "Average latency for subs       = 6.000 us\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(
+        text.find("\nFirst Last Latency Stats: \nMinimum latency for subs       = 3.000 us\n"),
+        std::string::npos)
+        << text;
+    EXPECT_NE(text.find(" us\nDebug information for First Last latency: \n BI:        1 LAT:"),
+              std::string::npos)
+        << text;
+    // The rates and the warm-up stay at 2 decimals whatever the precision.
+    EXPECT_NE(text.find("Latency warmup                 = 0.00 s\n"), std::string::npos);
+}
+
+TEST_F(ReportTest, AFailingCollectionLeavesWhatWasPrinted) {
+    source.txRate = 3.0;
+    source.aggregateFails = true;
+    std::ostringstream out;
+    EXPECT_THROW(displayClientStats(cli, source, out), std::runtime_error);
+    EXPECT_TRUE(out.str().ends_with("Computed publish rate (msg/sec)            = 3.00\n\n"))
+        << out.str();
 }
 
 }  // namespace
