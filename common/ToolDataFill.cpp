@@ -10,8 +10,14 @@ void ToolDataFill::fill(ToolData& toolData, const ToolDataFillSettings& settings
     toolData.clear();
     if (settings.wantOrderMemory_m || settings.wantOrderCheckPublisherStreamNumber_m) {
         toolData.setMsgId(settings.orderOffset_m + msgNum);
-        if (settings.streamIdOffset_m >= 0) {
-            toolData.setStreamId(settings.streamIdOffset_m + settings.clientIdInt_m);
+        // Every publishing client is a stream of its own, numbered from the
+        // offset; the default offset of -1 numbers them by client index from
+        // 0. Messages of several clients on one stream would read as
+        // duplicates and losses to every subscriber.
+        const INT64 streamId =
+            static_cast<INT64>(settings.streamIdOffset_m) + settings.clientIdInt_m;
+        if (streamId >= 0) {
+            toolData.setStreamId(static_cast<INT32>(streamId));
         }
     }
     if (settings.wantLatency_m) {

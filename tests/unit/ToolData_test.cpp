@@ -189,7 +189,11 @@ TEST(ToolDataFill, AttachmentCrcCoversOnlyTheBytesBehindTheRecord) {
     settings.streamIdOffset_m = -1;
     ToolDataFill::fill(td, settings, 5, 0, "", attachment);
     EXPECT_EQ(td.getCrcBinAttach(), CRC::crc32(attachment));
-    EXPECT_FALSE(td.hasStreamId() || td.hasCrcXmlPayload());
+    EXPECT_EQ(td.getStreamId(), 2);  // the default offset numbers clients from 0
+    EXPECT_FALSE(td.hasCrcXmlPayload());
+    settings.clientIdInt_m = 0;
+    ToolDataFill::fill(td, settings, 5, 0, "", attachment);
+    EXPECT_FALSE(td.hasStreamId());
     placeRecord(td, attachment);  // no stamp supplied: taken at send
     EXPECT_NE(td.getLatency(), 0u);
 }
