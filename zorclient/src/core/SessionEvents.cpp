@@ -129,8 +129,6 @@ void Session::countReceived(zorClient_opaqueMsg_pt msg) noexcept {
             stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES, bytes);
             break;
     }
-    stats_m.addRx(ZORCLIENT_STATS_RX_TOTAL_DATA_MSGS);
-    stats_m.addRx(ZORCLIENT_STATS_RX_TOTAL_DATA_BYTES, bytes);
     if (msg_p->delivery().discardIndication) {
         stats_m.addRx(ZORCLIENT_STATS_RX_DISCARD_IND);
     }

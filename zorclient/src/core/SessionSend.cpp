@@ -58,8 +58,7 @@ zorClient_returnCode_t checkDestination(const Message& msg, const WireOverrides*
 }  // namespace
 
 void Session::countSent(const PublishResult& result) noexcept {
-    stats_m.addTx(ZORCLIENT_STATS_TX_TOTAL_DATA_MSGS);
-    stats_m.addTx(ZORCLIENT_STATS_TX_TOTAL_DATA_BYTES, result.bytes);
+    // The totals are read as sums of the kinds (SessionStats).
     stats_m.addTx(ZORCLIENT_STATS_TX_DIRECT_MSGS);
     stats_m.addTx(ZORCLIENT_STATS_TX_DIRECT_BYTES, result.bytes);
     if (result.noMatch) {
