@@ -1,5 +1,6 @@
 // Who receives a direct message: fan-out, no-local, deliver-to-one with priorities and
-// deliver-always, topic sequence numbers, and the bounded egress with its discard indication.
+// deliver-always, topic sequence numbers, the bounded egress with its discard indication, and
+// deliveries still queued when their session goes.
 #include <gtest/gtest.h>
 
 #include "DirectTestSupport.h"
@@ -36,6 +37,31 @@ TEST_F(DirectTest, EverySessionGetsAMessageOnceAndNoLocalSkipsTheSender) {
     EXPECT_EQ(10u, noLocal.count());
     EXPECT_EQ(20u, overlapping.rx(ZORCLIENT_STATS_RX_DIRECT_MSGS));
     EXPECT_EQ(0u, noLocal.tx(ZORCLIENT_STATS_TX_DISCARD_NO_MATCH));
+}
+
+TEST_F(DirectTest, SmallAndLargeMessagesArriveIntactAtEveryReceiver) {
+    Peer first(context());
+    first.subscribe("s/>");
+    Peer second(context());
+    second.subscribe("s/x");
+    // Around and far beyond what a broker copy holds without a data block of its own.
+    std::vector<std::string> attachments;
+    for (std::size_t size : {0u, 250u, 291u, 292u, 293u, 400u, 70000u}) {
+        std::string attachment(size, '\0');
+        for (std::size_t i = 0; i < size; ++i) {
+            attachment[i] = static_cast<char>('a' + (i * 7 + size) % 26);
+        }
+        attachments.push_back(attachment);
+        ASSERT_EQ(ZORCLIENT_OK, send(first.session, "s/x", attachment));
+    }
+    for (Peer* peer_p : {&first, &second}) {
+        ASSERT_TRUE(peer_p->waitFor(attachments.size()));
+        const std::vector<Received> received = peer_p->received();
+        for (std::size_t i = 0; i < attachments.size(); ++i) {
+            EXPECT_EQ("s/x", received[i].topic);
+            EXPECT_EQ(attachments[i], received[i].attachment) << "message " << i;
+        }
+    }
 }
 
 TEST_F(DirectTest, DeliverToOneGoesToTheHighestPriorityInTurnsAndToDeliverAlways) {
@@ -119,6 +145,45 @@ TEST_F(DirectTest, AReceiverThatFallsBehindLosesMessagesAndLearnsOfIt) {
         EXPECT_EQ(12u, sender.tx(ZORCLIENT_STATS_TX_DIRECT_MSGS));
     }
     zorClient_context_destroy(&slow);
+}
+
+std::atomic<int> lateCallbacks_s{0};
+
+zorClient_rxMsgCallback_returnCode_t countLate(zorClient_opaqueSession_pt, zorClient_opaqueMsg_pt,
+                                               void*) {
+    lateCallbacks_s.fetch_add(1);
+    return ZORCLIENT_CALLBACK_OK;
+}
+
+TEST_F(DirectTest, DeliveriesStillQueuedWhenTheirSessionGoesAreDroppedUnseen) {
+    zorClient_opaqueContext_pt idle = nullptr;
+    zorClient_context_createFuncInfo_t contextInfo{};
+    const char* none[] = {nullptr};
+    ASSERT_EQ(ZORCLIENT_OK,
+              zorClient_context_create(none, &idle, &contextInfo, sizeof contextInfo));
+    Peer sender(context());
+    auto receiverWithQueued = [&](int messages) {
+        zorClient_session_createFuncInfo_t info{};
+        info.rxMsgInfo.callback_p = &countLate;
+        zorClient_opaqueSession_pt session = nullptr;
+        EXPECT_EQ(ZORCLIENT_OK, zorClient_session_create(none, idle, &session, &info, sizeof info));
+        EXPECT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
+        EXPECT_EQ(ZORCLIENT_OK, zorClient_session_topicSubscribeExt(session, 0, "late/x"));
+        for (int i = 0; i < messages; ++i) {
+            EXPECT_EQ(ZORCLIENT_OK, send(sender.session, "late/x"));
+        }
+        return session;
+    };
+    // Gone before its context ran: the context's next passes drop what was queued for it.
+    zorClient_opaqueSession_pt gone = receiverWithQueued(5);
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&gone));
+    for (int i = 0; i < 3; ++i) {
+        zorClient_context_processEvents(idle);
+    }
+    // Still there when its context is destroyed, with deliveries queued: the destroy drops them.
+    receiverWithQueued(4);
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_context_destroy(&idle));
+    EXPECT_EQ(0, lateCallbacks_s.load());
 }
 
 }  // namespace

@@ -150,23 +150,26 @@ bool Context::hasWork() const noexcept {
 
 void Context::runPass(std::chrono::nanoseconds maxWait) {
     DispatchThreadMark mark(this);
-    const auto start = TimerQueue::Clock::now();
     if (runDueWork() != 0) {
         return;
     }
     // Spinning keeps the thread on its CPU, so that a latency run measures the path through
-    // the broker rather than the cost of waking a thread.
+    // the broker rather than the cost of waking a thread. The clock is read only every so many
+    // looks: a read costs more than a look at the queue, and the first event after a quiet spell
+    // should not wait for one.
     if (config_m.busyPoll.count() > 0) {
-        const auto spinEnd = start + config_m.busyPoll;
-        while (TimerQueue::Clock::now() < spinEnd) {
-            if (hasWork()) {
-                runDueWork();
-                return;
+        const auto spinEnd = TimerQueue::Clock::now() + config_m.busyPoll;
+        do {
+            for (int i = 0; i < SPIN_LOOKS_PER_CLOCK_READ; ++i) {
+                if (hasWork()) {
+                    runDueWork();
+                    return;
+                }
+                cpuRelax();
             }
-            cpuRelax();
-        }
+        } while (TimerQueue::Clock::now() < spinEnd);
     }
-    const auto deadline = std::min(start + maxWait, timers_m.nextDue());
+    const auto deadline = std::min(TimerQueue::Clock::now() + maxWait, timers_m.nextDue());
     const std::uint32_t ticket = waker_m.prepareSleep();
     if (!hasWork() && !stop_m.load(std::memory_order_acquire)) {
         waker_m.sleep(ticket, deadline - TimerQueue::Clock::now());
@@ -177,7 +180,10 @@ void Context::runPass(std::chrono::nanoseconds maxWait) {
 
 std::size_t Context::runDueWork() {
     std::size_t done = 0;
-    if (attention_m.exchange(false, std::memory_order_acq_rel)) {
+    // Looked at before the exchange: on a busy context this runs for every few events, and a
+    // read leaves the line shared where a read-modify-write would take it.
+    if (attention_m.load(std::memory_order_relaxed) &&
+        attention_m.exchange(false, std::memory_order_acq_rel)) {
         {
             std::lock_guard<std::mutex> lock(sessionsMutex_m);
             attentionScratch_m.assign(sessions_m.begin(), sessions_m.end());
@@ -188,13 +194,19 @@ std::size_t Context::runDueWork() {
         attentionScratch_m.clear();
         ++done;
     }
-    timersChanged_m.store(false, std::memory_order_release);
-    timers_m.takeDue(TimerQueue::Clock::now(), &dueScratch_m);
-    for (TimerQueue::Timer& timer : dueScratch_m) {
-        timer.target->onTimer(timer.token);
-        ++done;
+    if (timersChanged_m.load(std::memory_order_relaxed)) {
+        timersChanged_m.store(false, std::memory_order_release);
     }
-    dueScratch_m.clear();
+    // Without a timer due there is no need for the clock nor the timers' lock.
+    const auto nextDue = timers_m.nextDueHint();
+    if (nextDue != TimerQueue::Clock::time_point::max() && nextDue <= TimerQueue::Clock::now()) {
+        timers_m.takeDue(TimerQueue::Clock::now(), &dueScratch_m);
+        for (TimerQueue::Timer& timer : dueScratch_m) {
+            timer.target->onTimer(timer.token);
+            ++done;
+        }
+        dueScratch_m.clear();
+    }
     done += queue_m.drain(BATCH, [this](Event& event) { dispatch(event); });
     return done;
 }
@@ -215,7 +227,9 @@ void Context::dispatch(Event& event) noexcept {
         event.kind == EventKind::CacheEvent) {
         giveRecord(event.control_p);
     }
-    target_p->release();
+    if (!event.borrowsTarget) {
+        target_p->release();
+    }
 }
 
 bool Context::isDispatchThread() const noexcept {
@@ -241,13 +255,39 @@ zorClient_returnCode_t Context::addSession(const Ref<Session>& session, const ch
 
 void Context::removeSession(const Session* session_p) {
     Ref<Session> removed;  // released after the lock: it may be the last reference
-    std::lock_guard<std::mutex> lock(sessionsMutex_m);
-    auto it = std::find_if(sessions_m.begin(), sessions_m.end(),
-                           [session_p](const Ref<Session>& s) { return s.get() == session_p; });
-    if (it != sessions_m.end()) {
+    bool shutDown = false;
+    {
+        std::lock_guard<std::mutex> lock(sessionsMutex_m);
+        auto it = std::find_if(sessions_m.begin(), sessions_m.end(),
+                               [session_p](const Ref<Session>& s) { return s.get() == session_p; });
+        if (it == sessions_m.end()) {
+            return;
+        }
         removed = std::move(*it);
         sessions_m.erase(it);
+        shutDown = shutDown_m;
     }
+    if (!shutDown) {
+        // Deliveries still queued for the session borrow this reference: it goes to the queue
+        // behind them and is dropped when the context thread comes to it.
+        Event retired;
+        retired.kind = EventKind::Retire;
+        retired.target_p = removed.get();
+        try {
+            post(retired);
+            removed.detach();
+        } catch (const std::bad_alloc&) {
+            // Dropping it now could free the session under a queued delivery; keeping it costs
+            // one session's memory.
+            ZC_LOG(ZORCLIENT_LOG_ERROR,
+                   "no memory to retire session %p from its context; its memory stays",
+                   static_cast<const void*>(session_p));
+            removed.detach();
+        }
+        return;
+    }
+    // No thread takes events out any more: empty the queue here before the reference goes.
+    discardQueued();
 }
 
 std::vector<Ref<Session>> Context::sessions() {
@@ -261,19 +301,28 @@ void Context::shutdown() {
         waker_m.wake();
         thread_m.join();
     }
+    {
+        std::lock_guard<std::mutex> lock(sessionsMutex_m);
+        shutDown_m = true;
+    }
     discardQueued();
     timers_m.clear();
 }
 
 void Context::discardQueued() noexcept {
-    // No thread runs this context's callbacks any more, so this thread may act as the consumer.
+    // No thread runs this context's callbacks any more, so this thread may act as the consumer;
+    // the lock keeps two threads that close sessions from doing so at once.
+    std::lock_guard<std::mutex> lock(discardMutex_m);
     try {
         queue_m.drain(SIZE_MAX, [this](Event& event) {
             event.target_p->discardEvent(event);
-            if (event.kind != EventKind::Delivery && event.kind != EventKind::UserCallback) {
+            if (event.kind == EventKind::SessionEvent || event.kind == EventKind::FlowEvent ||
+                event.kind == EventKind::CacheEvent) {
                 giveRecord(event.control_p);
             }
-            event.target_p->release();
+            if (!event.borrowsTarget) {
+                event.target_p->release();
+            }
         });
     } catch (...) {
         // drain only throws when the overflow list cannot be swapped, which allocates nothing.

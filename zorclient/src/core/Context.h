@@ -42,6 +42,8 @@ class Context final : public RefCounted {
     static constexpr std::chrono::milliseconds MAX_WAIT{50};
     // Events handled per pass before the caller gets control back.
     static constexpr std::size_t BATCH = 1024;
+    // Looks at the queue between two clock reads while busy-polling.
+    static constexpr int SPIN_LOOKS_PER_CLOCK_READ = 64;
 
     // Makes a context and, with config.createThread, starts its thread. Fails (error info
     // naming function_p) when the thread cannot start or be pinned.
@@ -79,6 +81,8 @@ class Context final : public RefCounted {
 
     // Fails with ZORCLIENT_SUBCODE_TOO_MANY_SESSIONS beyond "CONTEXT_MAX_SESSIONS".
     zorClient_returnCode_t addSession(const Ref<Session>& session, const char* function_p);
+    // Call once the session can receive no more deliveries (its broker connection is gone):
+    // queued deliveries borrow the context's reference, which is dropped behind them.
     void removeSession(const Session* session_p);
     std::vector<Ref<Session>> sessions();
 
@@ -112,6 +116,8 @@ class Context final : public RefCounted {
 
     std::mutex sessionsMutex_m;
     std::vector<Ref<Session>> sessions_m;
+    bool shutDown_m = false;  // under sessionsMutex_m
+    std::mutex discardMutex_m;
 
     // The context thread's own scratch space, reused so that passes do not allocate.
     std::vector<Ref<Session>> attentionScratch_m;

@@ -5,79 +5,12 @@
 
 #include "api/LastError.h"
 #include "api/Logger.h"
-#include "core/FreeStack.h"
+#include "core/ChunkPool.h"
 #include "core/MessagePool.h"
-#include "core/PoolStats.h"
-#include "core/ThreadCache.h"
 
 namespace zorvane::zorclient {
 
-// Envelopes travel from senders' threads to receivers' threads, so they pass through the
-// shared list in batches, as broker copies do. Like those they are not application objects:
-// only their memory shows, in TOTAL_MEMORY.
-class EnvelopePool {
-  public:
-    static DeliveryEnvelope* acquire() {
-        DeliveryEnvelope* envelope_p = nullptr;
-        if (!cache().take(instance(), &envelope_p)) {
-            throw std::bad_alloc();
-        }
-        return envelope_p;
-    }
-
-    static void release(DeliveryEnvelope* envelope_p) noexcept {
-        cache().give(instance(), envelope_p);
-    }
-
-    // For ThreadCache.
-    std::size_t takeBatch(DeliveryEnvelope** out_p, std::size_t most) {
-        std::size_t count = free_m.takeBatch(out_p, most);
-        if (count == 0) {
-            grow();
-            count = free_m.takeBatch(out_p, most);
-        }
-        return count;
-    }
-    void giveBatch(DeliveryEnvelope* const* envelopes_p, std::size_t count) noexcept {
-        free_m.giveBatch(envelopes_p, count);
-    }
-
-  private:
-    static constexpr int CHUNK = 256;
-
-    // Never destroyed: envelopes may be released by threads that run past static destruction.
-    static EnvelopePool& instance() {
-        static auto* pool_s = new EnvelopePool();
-        return *pool_s;
-    }
-    static ThreadCache<EnvelopePool, DeliveryEnvelope*>& cache() noexcept {
-        [[gnu::tls_model(
-            "initial-exec")]] static thread_local ThreadCache<EnvelopePool, DeliveryEnvelope*>
-            cache_s;
-        return cache_s;
-    }
-
-    // Chunks stay: the number of envelopes in flight is bounded by the egress limits and the
-    // context queues.
-    void grow() {
-        auto* chunk_p = new DeliveryEnvelope[CHUNK];
-        try {
-            free_m.reserveMore(CHUNK);
-        } catch (...) {
-            delete[] chunk_p;
-            throw;
-        }
-        DeliveryEnvelope* added[CHUNK];
-        for (int i = 0; i < CHUNK; ++i) {
-            added[i] = &chunk_p[i];
-        }
-        free_m.giveBatch(added, CHUNK);
-        PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
-                       static_cast<std::int64_t>(sizeof(DeliveryEnvelope) * CHUNK));
-    }
-
-    FreeStack<DeliveryEnvelope*> free_m;
-};
+using EnvelopePool = ChunkPool<DeliveryEnvelope>;
 
 static_assert(sizeof(DeliveryEnvelope) == 64, "an envelope is one cache line");
 
@@ -111,7 +44,9 @@ MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& deliver
     envelope_p->egress_mp = egress_p;
     envelope_p->size_m = static_cast<std::uint32_t>(size);
     if (egress_p != nullptr) {
-        egress_p->bytes.fetch_add(size, std::memory_order_relaxed);
+        // Callers serialise, so a plain add does: no locked instruction on the sending path.
+        egress_p->queued.store(egress_p->queued.load(std::memory_order_relaxed) + size,
+                               std::memory_order_relaxed);
     }
     return MessagePayload{envelope_p, &OPS};
 }
@@ -147,7 +82,7 @@ void DeliveryEnvelope::release(void* object_p) noexcept {
     // Read only: the sender's next make() writes every field, and a write here would take the
     // line from the sender's cache once more.
     if (envelope_p->egress_mp != nullptr) {
-        envelope_p->egress_mp->bytes.fetch_sub(envelope_p->size_m, std::memory_order_relaxed);
+        envelope_p->egress_mp->released.fetch_add(envelope_p->size_m, std::memory_order_relaxed);
     }
     if (envelope_p->idBlock_mp != nullptr) {
         DataBlockPools::release(envelope_p->idBlock_mp);

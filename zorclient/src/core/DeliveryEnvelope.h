@@ -9,12 +9,12 @@
 // is what crosses between them besides the copy.
 //
 // Egress accounting: a delivery may count its size against the receiver's bounded egress
-// (Egress::bytes): added by the broker when it queues the delivery, taken off when the payload
-// is released, whichever thread does that. The Egress must outlive the payload (the receiving
-// session owns it, and queued events keep the session alive).
+// (Egress): added by the broker when it queues the delivery, taken off when the payload is
+// released, whichever thread does that. The Egress must outlive the payload (the receiving
+// session owns it, and its queued deliveries keep the session alive).
 //
-// Envelopes come from a pool with per-thread caches, like broker copies: made on the sender's
-// thread, released on the receiver's, no allocation per message once warm.
+// Envelopes come from a ChunkPool, like broker copies: made on the sender's thread, released on
+// the receiver's, no allocation per message once warm.
 #pragma once
 
 #include <atomic>
@@ -27,10 +27,29 @@ namespace zorvane::zorclient {
 
 class alignas(64) DeliveryEnvelope {
   public:
-    // Bytes of one receiver's deliveries that are queued or being handled.
-    // On a line of its own: the sender adds and the receiver takes off for every message.
-    struct alignas(64) Egress {
-        std::atomic<std::int64_t> bytes{0};
+    // Bytes of one receiver's deliveries that are queued or being handled, as two running
+    // totals on lines of their own: the producer adds to one and the receiver to the other, so
+    // that neither takes the other's line for every message. The producer reads the
+    // receiver's total only when its own view says the limit is near (admits()).
+    struct Egress {
+        // Producer side: written by make() only, which its callers serialise (the broker's
+        // lock).
+        alignas(64) std::atomic<std::int64_t> queued{0};
+        std::int64_t releasedSeen = 0;  // released as the producer last read it
+        // Receiver side: whoever releases a payload.
+        alignas(64) std::atomic<std::int64_t> released{0};
+
+        // Producer: whether a delivery of size bytes fits under limit. A receiver with nothing
+        // waiting takes any single message.
+        bool admits(std::int64_t size, std::int64_t limit) noexcept {
+            const std::int64_t queuedNow = queued.load(std::memory_order_relaxed);
+            std::int64_t waiting = queuedNow - releasedSeen;
+            if (waiting > 0 && waiting + size > limit) {
+                releasedSeen = released.load(std::memory_order_relaxed);
+                waiting = queuedNow - releasedSeen;
+            }
+            return waiting <= 0 || waiting + size <= limit;
+        }
     };
 
     // What a direct delivery adds to the message.
@@ -45,8 +64,8 @@ class alignas(64) DeliveryEnvelope {
     static constexpr std::uint32_t INLINE_CONSUMER_IDS = 4;
 
     // A payload for one delivery of wire: takes a reference on wire of its own. egress_p may be
-    // null (no accounting), else size is added to it here and taken off at release. Throws
-    // std::bad_alloc (nothing is then taken).
+    // null (no accounting), else size is added to it here and taken off at release; calls with
+    // the same egress_p must not overlap. Throws std::bad_alloc (nothing is then taken).
     static MessagePayload make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                std::int64_t size);
 
@@ -54,8 +73,6 @@ class alignas(64) DeliveryEnvelope {
     static const PayloadOps OPS;
 
   private:
-    friend class EnvelopePool;
-
     static zorClient_opaqueMsg_pt makeRxMessage(void* object_p) noexcept;
     static void freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept;
     static void release(void* object_p) noexcept;

@@ -9,10 +9,18 @@
 //   ControlRecord from the context's pool.
 // - UserCallback: an application function to run on the context thread
 //   (_zorClient_messageDispatcher_invokeUserCallback).
+// - Retire: the context's own reference to a session that was removed from it. It queues
+//   behind every delivery that borrowed that reference (see below), so the session lives until
+//   they are all taken out; it runs no callback.
 //
 // Ownership: a queued Event owns one counted reference to its target, its payload (Delivery) or
 // its record (the others). Whoever takes it out of the queue ends them: the target's
 // dispatchEvent() or discardEvent() runs, then the context releases record and target.
+// A delivery to a session borrows the context's reference instead (borrowsTarget): the sender
+// and the context thread would otherwise both write the session's count for every message, a
+// cache line taken back and forth between their processors. It is safe because a session's
+// broker connection ends before the session leaves its context, and its Retire event comes
+// behind every delivery queued before that.
 //
 // The struct is trivially copyable and small (40 bytes) so that the queue's slots are too.
 #pragma once
@@ -26,7 +34,14 @@ namespace zorvane::zorclient {
 
 class Session;
 
-enum class EventKind : std::uint8_t { Delivery, SessionEvent, FlowEvent, CacheEvent, UserCallback };
+enum class EventKind : std::uint8_t {
+    Delivery,
+    SessionEvent,
+    FlowEvent,
+    CacheEvent,
+    UserCallback,
+    Retire
+};
 
 // How core treats a payload it cannot look into. The functions are given by the message layer;
 // all are noexcept and may run on any thread.
@@ -89,10 +104,13 @@ class EventTarget;
 
 struct Event {
     EventKind kind = EventKind::SessionEvent;
+    // target_p is not counted: the event borrows the context's reference (deliveries to a
+    // session only).
+    bool borrowsTarget = false;
     // The session's connection epoch when the event was made: events of an epoch that a user
     // disconnect ended are dropped (see Session).
     std::uint32_t epoch = 0;
-    EventTarget* target_p = nullptr;  // counted reference
+    EventTarget* target_p = nullptr;  // counted reference unless borrowsTarget
     union {
         MessagePayload delivery;
         ControlRecord* control_p;

@@ -71,7 +71,9 @@ class EventQueue {
     std::size_t capacity() const noexcept { return mask_m + 1; }
 
   private:
-    struct Cell {
+    // A line each: the producer writes a slot while the consumer reads the one before, and a
+    // slot split over two lines would cost two transfers between their processors.
+    struct alignas(64) Cell {
         std::atomic<std::uint64_t> sequence;
         Event event;
     };

@@ -104,6 +104,8 @@ void Session::dispatchEvent(Event& event) noexcept {
         case EventKind::CacheEvent:
             // Addressed to flows and cache sessions, never to the session itself.
             break;
+        case EventKind::Retire:
+            break;  // what it carries is the reference the context drops after it
     }
 }
 
@@ -127,8 +129,6 @@ void Session::countReceived(zorClient_opaqueMsg_pt msg) noexcept {
             stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES, bytes);
             break;
     }
-    stats_m.addRx(ZORCLIENT_STATS_RX_TOTAL_DATA_MSGS);
-    stats_m.addRx(ZORCLIENT_STATS_RX_TOTAL_DATA_BYTES, bytes);
     if (msg_p->delivery().discardIndication) {
         stats_m.addRx(ZORCLIENT_STATS_RX_DISCARD_IND);
     }
@@ -185,9 +185,16 @@ bool Session::onDelivery(EventTarget* flowTarget_p, MessagePayload payload) noex
     queued.epoch = epoch_m.load(std::memory_order_acquire);
     queued.target_p = target_p;
     queued.delivery = payload;
-    target_p->retain();
+    // The session's own deliveries borrow the context's reference (see Event): only a broker
+    // connection calls this, and it ends before the session leaves the context.
+    queued.borrowsTarget = flowTarget_p == nullptr;
+    if (!queued.borrowsTarget) {
+        target_p->retain();
+    }
     if (!context_m->tryPost(queued)) {
-        target_p->release();
+        if (!queued.borrowsTarget) {
+            target_p->release();
+        }
         return false;
     }
     return true;

@@ -1,5 +1,6 @@
 // Session: sending direct messages, requests and replies.
 #include <cstring>
+#include <string_view>
 
 #include "api/LastError.h"
 #include "core/MessagePool.h"
@@ -30,23 +31,26 @@ const Message* lookupMessage(zorClient_opaqueMsg_pt msg, const char* function_p,
 // is well formed (whether the broker takes a queue is the broker's to say).
 zorClient_returnCode_t checkDestination(const Message& msg, const WireOverrides* overrides_p,
                                         const char* function_p) {
-    const char* destination_p = nullptr;
+    std::string_view destination;
+    bool hasDestination = false;
     zorClient_destinationType_t type = ZORCLIENT_NULL_DESTINATION;
     if (overrides_p != nullptr && overrides_p->destination_p != nullptr) {
-        destination_p = overrides_p->destination_p;
+        destination = overrides_p->destination_p;
+        hasDestination = true;
         type = overrides_p->destinationType;
-    } else if (msg.part(PartId::DESTINATION).present()) {
-        destination_p = msg.part(PartId::DESTINATION).text();
+    } else if (const Part& part = msg.part(PartId::DESTINATION); part.present()) {
+        destination = std::string_view(part.text(), part.size());  // no strlen per send
+        hasDestination = true;
         type = msg.header().destinationType;
     }
-    if (destination_p == nullptr || type == ZORCLIENT_NULL_DESTINATION) {
+    if (!hasDestination || type == ZORCLIENT_NULL_DESTINATION) {
         return LastError::fail(ZORCLIENT_SUBCODE_PARAM_NULL_PTR,
                                "%s: the message has no destination; give it a topic "
                                "(zorClient_msg_setTopicPtr or zorClient_msg_setDestination)",
                                function_p);
     }
     if (type == ZORCLIENT_TOPIC_DESTINATION || type == ZORCLIENT_TOPIC_TEMP_DESTINATION) {
-        return TopicSyntax::checkPublish(destination_p, function_p);
+        return TopicSyntax::checkPublish(destination, function_p);
     }
     return ZORCLIENT_OK;
 }
@@ -54,8 +58,7 @@ zorClient_returnCode_t checkDestination(const Message& msg, const WireOverrides*
 }  // namespace
 
 void Session::countSent(const PublishResult& result) noexcept {
-    stats_m.addTx(ZORCLIENT_STATS_TX_TOTAL_DATA_MSGS);
-    stats_m.addTx(ZORCLIENT_STATS_TX_TOTAL_DATA_BYTES, result.bytes);
+    // The totals are read as sums of the kinds (SessionStats).
     stats_m.addTx(ZORCLIENT_STATS_TX_DIRECT_MSGS);
     stats_m.addTx(ZORCLIENT_STATS_TX_DIRECT_BYTES, result.bytes);
     if (result.noMatch) {

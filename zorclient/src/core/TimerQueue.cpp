@@ -8,6 +8,7 @@ bool TimerQueue::add(Clock::time_point due, Ref<EventTarget> target, std::uint64
     std::lock_guard<std::mutex> lock(mutex_m);
     heap_m.push_back(Timer{due, std::move(target), token});
     std::push_heap(heap_m.begin(), heap_m.end(), later);
+    noteEarliest();
     return heap_m.front().due == due;
 }
 
@@ -23,6 +24,13 @@ void TimerQueue::takeDue(Clock::time_point now, std::vector<Timer>* due_p) {
         due_p->push_back(std::move(heap_m.back()));
         heap_m.pop_back();
     }
+    noteEarliest();
+}
+
+void TimerQueue::noteEarliest() noexcept {
+    const Clock::time_point earliest =
+        heap_m.empty() ? Clock::time_point::max() : heap_m.front().due;
+    earliest_m.store(earliest.time_since_epoch().count(), std::memory_order_release);
 }
 
 void TimerQueue::clear() {
@@ -30,6 +38,7 @@ void TimerQueue::clear() {
     {
         std::lock_guard<std::mutex> lock(mutex_m);
         old.swap(heap_m);
+        noteEarliest();
     }
     // The targets' references are dropped here, outside the lock: a last reference may delete
     // a session, whose destructor must not run under this mutex.

@@ -7,6 +7,7 @@
 // the context ends.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
@@ -33,6 +34,11 @@ class TimerQueue {
 
     // Time of the earliest timer, or Clock::time_point::max().
     Clock::time_point nextDue();
+    // The same without the lock, for the context's every pass: a timer added meanwhile may
+    // be missed, which the context learns from add()'s result anyway.
+    Clock::time_point nextDueHint() const noexcept {
+        return Clock::time_point(Clock::duration(earliest_m.load(std::memory_order_acquire)));
+    }
 
     // Moves the timers due at now into due_p (appended, earliest first).
     void takeDue(Clock::time_point now, std::vector<Timer>* due_p);
@@ -42,8 +48,14 @@ class TimerQueue {
   private:
     static bool later(const Timer& a, const Timer& b) noexcept { return a.due > b.due; }
 
+    // Under mutex_m: keeps earliest_m current.
+    void noteEarliest() noexcept;
+
     std::mutex mutex_m;
     std::vector<Timer> heap_m;  // a min-heap by due
+    // heap_m's earliest due in clock ticks (max when empty), written under mutex_m: the context
+    // thread looks here on every pass instead of taking the lock and reading the clock.
+    std::atomic<Clock::rep> earliest_m{Clock::time_point::max().time_since_epoch().count()};
 };
 
 }  // namespace zorvane::zorclient

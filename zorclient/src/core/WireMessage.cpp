@@ -6,81 +6,15 @@
 
 #include "api/ApiGuard.h"
 #include "api/LastError.h"
+#include "core/ChunkPool.h"
 #include "core/FieldCodec.h"
-#include "core/FreeStack.h"
 #include "core/MessagePool.h"
-#include "core/PoolStats.h"
-#include "core/ThreadCache.h"
 
 namespace zorvane::zorclient {
 
-// Broker copies are not application objects: they have no handles and are not counted as
-// allocated, only their memory in TOTAL_MEMORY. Copies are made on senders' threads and
-// released on receivers', so they travel through the shared list in batches.
-class WirePool {
-  public:
-    static WireMessage* acquire() {
-        WireMessage* wire_p = nullptr;
-        if (!cache().take(instance(), &wire_p)) {
-            throw std::bad_alloc();
-        }
-        return wire_p;
-    }
+using WirePool = ChunkPool<WireMessage>;
 
-    // The next snapshot writes every field, so only the block needs giving back.
-    static void release(WireMessage* wire_p) noexcept {
-        DataBlockPools::release(wire_p->block_mp);
-        wire_p->block_mp = nullptr;
-        cache().give(instance(), wire_p);
-    }
-
-    // For ThreadCache.
-    std::size_t takeBatch(WireMessage** out_p, std::size_t most) {
-        std::size_t count = free_m.takeBatch(out_p, most);
-        if (count == 0) {
-            grow();
-            count = free_m.takeBatch(out_p, most);
-        }
-        return count;
-    }
-    void giveBatch(WireMessage* const* wires_p, std::size_t count) noexcept {
-        free_m.giveBatch(wires_p, count);
-    }
-
-  private:
-    static constexpr int CHUNK = 256;
-
-    // Never destroyed, as the other pools.
-    static WirePool& instance() {
-        static auto* pool_s = new WirePool();
-        return *pool_s;
-    }
-    static ThreadCache<WirePool, WireMessage*>& cache() noexcept {
-        [[gnu::tls_model("initial-exec")]] static thread_local ThreadCache<WirePool, WireMessage*>
-            cache_s;
-        return cache_s;
-    }
-
-    // Chunks are never given back: copies are few compared with their traffic.
-    void grow() {
-        auto* chunk_p = new WireMessage[CHUNK];
-        try {
-            free_m.reserveMore(CHUNK);
-        } catch (...) {
-            delete[] chunk_p;
-            throw;
-        }
-        WireMessage* added[CHUNK];
-        for (int i = 0; i < CHUNK; ++i) {
-            added[i] = &chunk_p[i];
-        }
-        free_m.giveBatch(added, CHUNK);
-        PoolStats::add(ZORCLIENT_MSG_STATS_TOTAL_MEMORY, 0,
-                       static_cast<std::int64_t>(sizeof(WireMessage) * CHUNK));
-    }
-
-    FreeStack<WireMessage*> free_m;
-};
+static_assert(sizeof(WireMessage) == 512, "a copy is eight cache lines, most of them bytes");
 
 namespace {
 
@@ -137,32 +71,37 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
             content += sources[i].size;
         }
     }
-    DataBlock* block_p = total > 0 ? DataBlockPools::acquire(total, BlockOwner::BROKER) : nullptr;
-    WireMessage* wire_p = nullptr;
-    try {
-        wire_p = WirePool::acquire();
-    } catch (...) {
-        DataBlockPools::release(block_p);
-        throw;
+    WireMessage* wire_p = WirePool::acquire();
+    DataBlock* block_p = nullptr;
+    if (total > INLINE_BYTES) {
+        try {
+            block_p = DataBlockPools::acquire(total, BlockOwner::BROKER);
+        } catch (...) {
+            WirePool::release(wire_p);
+            throw;
+        }
     }
-    std::uint8_t* out_p = block_p != nullptr ? block_p->bytes() : nullptr;
+    wire_p->block_mp = block_p;
+    std::uint8_t* const start_p = block_p != nullptr ? block_p->bytes() : wire_p->inline_m;
+    std::uint8_t* out_p = start_p;
+    std::uint32_t present = 0;
     for (int i = 0; i < NUM_PARTS; ++i) {
         const Source& part = sources[i];
         if (part.data_p == nullptr) {
-            wire_p->parts_m[i] = View();
             continue;
         }
+        present |= 1u << i;
         if (part.size > 0) {
             std::memcpy(out_p, part.data_p, part.size);
         }
-        wire_p->parts_m[i].data_p = out_p;
+        wire_p->parts_m[i].offset = static_cast<std::uint32_t>(out_p - start_p);
         wire_p->parts_m[i].size = part.size;
         out_p += part.size;
         if (isTextPart(static_cast<PartId>(i))) {
             *out_p++ = 0;
         }
     }
-    wire_p->block_mp = block_p;
+    wire_p->present_m = static_cast<std::uint16_t>(present);
     wire_p->header_m = msg.header();
     if (overrides.destination_p != nullptr) {
         wire_p->header_m.destinationType = overrides.destinationType;
@@ -209,6 +148,11 @@ zorClient_returnCode_t WireMessage::snapshot(zorClient_opaqueMsg_pt msg,
 
 void WireMessage::release() noexcept {
     if (references_m.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        // The next snapshot writes every field it reads, so only the block needs giving back.
+        if (block_mp != nullptr) {
+            DataBlockPools::release(block_mp);
+            block_mp = nullptr;
+        }
         WirePool::release(this);
     }
 }
@@ -227,11 +171,11 @@ zorClient_returnCode_t WireMessage::materialize(const DeliveryInfo& delivery,
         Message* msg = MessagePool::allocate();
         try {
             msg->attachWire(this);
-            for (int i = 0; i < NUM_PARTS; ++i) {
-                if (parts_m[i].data_p != nullptr) {
-                    msg->part(static_cast<PartId>(i))
-                        .setView(parts_m[i].data_p, parts_m[i].size, PartStorage::SHARED);
-                }
+            const std::uint8_t* const start_p = bytes();
+            for (std::uint32_t rest = present_m; rest != 0; rest &= rest - 1) {
+                const int i = __builtin_ctz(rest);
+                msg->part(static_cast<PartId>(i))
+                    .setView(start_p + parts_m[i].offset, parts_m[i].size, PartStorage::SHARED);
             }
             CarriedHeader& header = msg->header();
             header = header_m;
@@ -272,23 +216,31 @@ zorClient_returnCode_t WireMessage::materialize(const DeliveryInfo& delivery,
 }
 
 const char* WireMessage::text(PartId id) const noexcept {
-    return isTextPart(id) ? reinterpret_cast<const char*>(parts_m[static_cast<int>(id)].data_p)
-                          : nullptr;
+    const int index = static_cast<int>(id);
+    return isTextPart(id) && has(index)
+               ? reinterpret_cast<const char*>(bytes() + parts_m[index].offset)
+               : nullptr;
 }
 
 bool WireMessage::part(PartId id, const std::uint8_t** data_p,
                        std::uint32_t* size_p) const noexcept {
-    const View& view = parts_m[static_cast<int>(id)];
-    *data_p = view.data_p;
-    *size_p = view.size;
-    return view.data_p != nullptr;
+    const int index = static_cast<int>(id);
+    if (!has(index)) {
+        *data_p = nullptr;
+        *size_p = 0;
+        return false;
+    }
+    *data_p = bytes() + parts_m[index].offset;
+    *size_p = parts_m[index].size;
+    return true;
 }
 
 bool WireMessage::findUserProperty(const char* name_p, zorClient_field_t* field_p) const noexcept {
-    const View& map = parts_m[static_cast<int>(PartId::USER_PROPERTIES)];
+    const std::uint8_t* map_p = nullptr;
+    std::uint32_t mapSize = 0;
     FieldCodec::RawField whole;
-    if (name_p == nullptr || map.data_p == nullptr ||
-        FieldCodec::read(map.data_p, map.size, &whole) != FieldCodec::Result::OK ||
+    if (name_p == nullptr || !part(PartId::USER_PROPERTIES, &map_p, &mapSize) ||
+        FieldCodec::read(map_p, mapSize, &whole) != FieldCodec::Result::OK ||
         whole.code != ZORCLIENT_MAP) {
         return false;
     }

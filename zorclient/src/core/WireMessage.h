@@ -30,9 +30,10 @@
 // copies them; nothing of DeliveryInfo travels on.
 //
 // The copy is not counted in ZORCLIENT_MSG_STATS_ALLOC_*: a broker that still stores messages at
-// the end of a run does not make the application's pool check fail. Its block comes from the
-// same pools, so a warm process allocates nothing per message on this path: the copy's header,
-// its data block and the received message all come from free lists. Materialising is best done
+// the end of a run does not make the application's pool check fail. A warm process allocates
+// nothing per message on this path: the copy and the received message come from free lists.
+// The copy holds up to INLINE_BYTES of parts in itself; larger ones take a data block from the
+// same pools as the application's parts. Materialising is best done
 // on the receiving context's thread, right before the callback, so that a queued delivery holds
 // only a reference and a DeliveryInfo, never a library message.
 #pragma once
@@ -40,6 +41,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "core/Message.h"
 
@@ -88,8 +90,13 @@ struct WireOverrides {
     std::uint64_t requestCorrelation = 0;  // 0: the message's own
 };
 
-class WireMessage {
+class alignas(64) WireMessage {
   public:
+    // Bytes of parts (texts with their NUL) that a copy holds in itself: a typical message goes
+    // from sender to receiver as one object, with no data block to take and give back and no
+    // further cache lines to move between their processors.
+    static constexpr std::size_t INLINE_BYTES = 296;
+
     // The broker copy of message msg, with one reference for the caller. Fails (error info set)
     // for a null or stale handle or when memory runs out; *wire_p is then null.
     static zorClient_returnCode_t snapshot(zorClient_opaqueMsg_pt msg,
@@ -121,6 +128,14 @@ class WireMessage {
     // Destination and reply-to names as the sender set them (their types in header()); null
     // when not set.
     const char* destination() const noexcept { return text(PartId::DESTINATION); }
+    // The destination with its length, which the copy knows (empty when not set).
+    std::string_view destinationView() const noexcept {
+        constexpr int index = static_cast<int>(PartId::DESTINATION);
+        return has(index) ? std::string_view(
+                                reinterpret_cast<const char*>(bytes()) + parts_m[index].offset,
+                                parts_m[index].size)
+                          : std::string_view();
+    }
     const char* replyTo() const noexcept { return text(PartId::REPLY_TO); }
     // A text part (DESTINATION .. HTTP_CONTENT_ENCODING) as a C string; null when absent.
     const char* text(PartId id) const noexcept;
@@ -140,20 +155,30 @@ class WireMessage {
     bool findUserProperty(const char* name_p, zorClient_field_t* field_p) const noexcept;
 
   private:
-    friend class WirePool;
+    // Where a present part's bytes are, from bytes().
     struct View {
-        const std::uint8_t* data_p = nullptr;  // null: absent
+        std::uint32_t offset = 0;
         std::uint32_t size = 0;
     };
 
+    static_assert(NUM_PARTS <= 16, "presence is a 16-bit mask");
+    bool has(int index) const noexcept { return (present_m & (1u << index)) != 0; }
+    const std::uint8_t* bytes() const noexcept {
+        return block_mp != nullptr ? block_mp->bytes() : inline_m;
+    }
+
+    // Only the views of present parts are written, so a copy touches no more of its lines than
+    // its content needs.
     std::atomic<std::uint32_t> references_m{0};
+    std::uint16_t present_m = 0;  // bit i: part i is present
     CarriedHeader header_m;
     bool hasCorrelationTag_m = false;
     void* correlationTag_mp = nullptr;
     zorClient_uint64_t expirationMs_m = 0;
     std::size_t contentSize_m = 0;
-    DataBlock* block_mp = nullptr;
+    DataBlock* block_mp = nullptr;  // null: the bytes are in inline_m
     View parts_m[NUM_PARTS];
+    std::uint8_t inline_m[INLINE_BYTES];
 };
 
 }  // namespace zorvane::zorclient

@@ -144,8 +144,7 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
         return true;
     }
     const std::int64_t size = static_cast<std::int64_t>(wire.contentSize()) + MESSAGE_OVERHEAD;
-    const std::int64_t queued = receiver.egress_m.bytes.load(std::memory_order_relaxed);
-    if (queued > 0 && queued + size > receiver.settings_m.egressLimitBytes) {
+    if (!receiver.egress_m.admits(size, receiver.settings_m.egressLimitBytes)) {
         receiver.discardPending_m = true;
         return false;
     }
@@ -169,7 +168,7 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
 }
 
 void DirectRouter::route(ClientConnection& sender, WireMessage& wire, PublishResult* result_p) {
-    const std::string_view topic = wire.destination();
+    const std::string_view topic = wire.destinationView();
     TopicState* state_p = static_cast<TopicState*>(sender.lastTopicState_mp);
     if (state_p == nullptr || sender.lastTopic_m != topic) {
         auto it = topics_m.find(topic);
