@@ -172,8 +172,23 @@ void PerfClientCollection::disconnect() {
             }
         }
     }
-    // Let the last session events of the disconnect drain.
+    // Let the last session events of the disconnect drain, and make sure
+    // each running context finished a whole round after the clients went
+    // down: from then on its receive statistics no longer move, and what it
+    // wrote is visible here, so the report reads settled figures.
+    std::vector<UINT64> roundsBefore;
+    for (const AbstractContext* context : contextVect_m) {
+        roundsBefore.push_back(context->getRoundsDone());
+    }
     OS::sleepInUs(POLL_INTERVAL_IN_US);
+    for (std::size_t c = 0; c < contextVect_m.size(); ++c) {
+        const AbstractContext* context = contextVect_m[c];
+        for (int waits = 0; context->isStarted() && waits < DISCONNECT_POLLS &&
+                            context->getRoundsDone() < roundsBefore[c] + 2;
+             ++waits) {
+            OS::sleepInUs(POLL_INTERVAL_IN_US / 10);
+        }
+    }
 }
 
 // ---- figures ----

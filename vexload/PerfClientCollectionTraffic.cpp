@@ -55,6 +55,11 @@ void PerfClientCollection::startPublishing(const PublishProperties& publishProps
                 static_cast<std::size_t>(thread->getClientId() - 1) % msgsToPublishArray.size();
             thread->configurePublish(msgsToPublishArray[arrayIndex], publishProps, statsCust,
                                      xaNames.empty() ? std::string() : xaNames[k]);
+        }
+        // Configuring hands records to the client, which its other
+        // publisher threads read once they run: every thread is configured
+        // before the first one starts.
+        for (ClientPubThread* thread : pubThreadsVect_m) {
             thread->start();
         }
     } catch (const std::exception& e) {
