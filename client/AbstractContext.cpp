@@ -20,6 +20,7 @@ void* AbstractContext::runImpl() {
         if (!processEvents()) {
             LOG_ERROR("Could not process events");
         }
+        roundsDone_m.fetch_add(1, std::memory_order_release);
     }
     return nullptr;
 }

@@ -15,6 +15,7 @@
 #include <atomic>
 
 #include "common/OSThread.h"
+#include "common/dataTypes.h"
 
 namespace zorvane::pubsub {
 
@@ -28,12 +29,19 @@ class AbstractContext : public OSThread {
     // started only logs). Always 0.
     int stop();
 
+    // Rounds of the event engine finished so far. Read with acquire: what
+    // the context thread did in those rounds (receive statistics included)
+    // is visible to the reader, so a caller that sees two more rounds than
+    // before an event knows that a whole round ran after it.
+    UINT64 getRoundsDone() const { return roundsDone_m.load(std::memory_order_acquire); }
+
   protected:
     void* runImpl() override;
     // One round of the event engine: true when it went well.
     virtual bool processEvents() = 0;
 
     std::atomic<bool> shutdownFlag_m{false};
+    std::atomic<UINT64> roundsDone_m{0};
 };
 
 }  // namespace zorvane::pubsub

@@ -64,6 +64,16 @@ int main(int argc, char** argv) {
                   << e.what() << std::endl;
     }
 
+    // The collection goes down also after a failed run: its threads and
+    // sessions must end before the library does.
+    try {
+        deleteClientCollection();
+    } catch (const std::exception& e) {
+        std::cerr << std::endl
+                  << "Error cleaning up clients. Error msg: " << std::endl
+                  << e.what() << std::endl;
+    }
+
     if (cliProperties.getBooleanProperty(CliProperties::WANT_VERBOSE)) {
         std::cout << DisplayUtils::displayPoolStats("End of test msg pool stats:");
     }
