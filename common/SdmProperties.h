@@ -14,6 +14,7 @@
 // it without a lock. Parsing reads a file and may block on the disk.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -99,8 +100,10 @@ class SdmProperties {
     bool useBinAttach() const { return useBinAttach_m; }
     // Stream fields in line order.
     const std::vector<SdmField>& getStreamFields() const { return streamFields_m; }
-    // Map fields by name, in name order.
-    const std::map<std::string, SdmField>& getMapFields() const { return mapFields_m; }
+    // Map fields by name, in name order. Looked up by a received field's
+    // name without making a string of it: the check runs per message.
+    using MapFields = std::map<std::string, SdmField, std::less<>>;
+    const MapFields& getMapFields() const { return mapFields_m; }
     const std::string& getHdrPropCorrelationId() const { return hdrPropCorrelationId_m; }
     const std::string& getHdrPropMessageId() const { return hdrPropMessageId_m; }
     const std::string& getHdrPropMessageType() const { return hdrPropMessageType_m; }
@@ -143,7 +146,7 @@ class SdmProperties {
     bool isMapMsg_m;      // a map (true) or a stream (false)
     bool useBinAttach_m;  // in the binary attachment (true) or the user property map (false)
     std::vector<SdmField> streamFields_m;
-    std::map<std::string, SdmField> mapFields_m;
+    MapFields mapFields_m;
     std::string hdrPropCorrelationId_m;
     std::string hdrPropMessageId_m;
     std::string hdrPropMessageType_m;

@@ -145,9 +145,11 @@ class Builder {
 };
 
 void Builder::buildStreamApart() {
-    std::vector<char> buffer(STREAM_BUFFER_BYTES);
+    // On the stack (default thread stacks hold it many times over): the
+    // publisher builds this message over and over, and must not allocate.
+    char buffer[STREAM_BUFFER_BYTES];
     zorClient_opaqueContainer_pt stream = nullptr;
-    if (zorClient_container_createStream(&stream, buffer.data(), buffer.size()) != ZORCLIENT_OK) {
+    if (zorClient_container_createStream(&stream, buffer, sizeof buffer) != ZORCLIENT_OK) {
         fail("Msg %d: Cannot create stream in array");
         return;
     }

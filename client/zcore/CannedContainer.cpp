@@ -6,7 +6,6 @@
 #include <cstring>
 #include <ctime>
 #include <string>
-#include <vector>
 
 #include "client/zcore/CannedMessages.h"
 #include "common/Log.h"
@@ -17,13 +16,23 @@ namespace {
 
 constexpr std::size_t MAX_ARRAY_BYTES = 1024;
 
+// The bytes of a byte array element, held on the stack: the tables are read
+// again for every message built or checked, and that must not allocate.
+struct ParsedBytes {
+    zorClient_uint8_t data_m[MAX_ARRAY_BYTES];
+    std::size_t size_m = 0;
+    const zorClient_uint8_t* data() const { return data_m; }
+    std::size_t size() const { return size_m; }
+    void push_back(zorClient_uint8_t byte) { data_m[size_m++] = byte; }
+};
+
 // One element's value, read from its text.
 struct Parsed {
     long long s = 0;
     unsigned long long u = 0;
     double d = 0;
     char c = 0;
-    std::vector<zorClient_uint8_t> bytes;
+    ParsedBytes bytes;
     zorClient_destination_t dest{ZORCLIENT_TOPIC_DESTINATION, nullptr};
 };
 

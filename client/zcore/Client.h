@@ -198,6 +198,11 @@ class Client : public AbstractClient {
     void addCustomProperties(zorClient_opaqueMsg_pt msgPtr);
     void addReplyTo(zorClient_opaqueMsg_pt msgPtr, const MsgProperties* msg_p);
     void addCorrelationTag(zorClient_opaqueMsg_pt msgPtr, MsgProperties* msg_p);
+    // The structured contents of a message whose description has an id:
+    // a user description (id from PUBSUB_SDM_ID_USER_DEF_BASE) or a canned
+    // message. Resets the message first; throws when it cannot be built.
+    void addStructuredContent(zorClient_opaqueMsg_pt pubMsg, std::size_t producerIndex,
+                              const SdmProperties& sdm);
     void addPartitionKey(zorClient_opaqueMsg_pt msgPtr, const MsgProperties* msg_p);
     void addPriorityAndHttpFields(zorClient_opaqueMsg_pt msgPtr);
     // The reply-to topic of msg_p into buffer (ZORCLIENT_REPLY_TO_MAX_SIZE

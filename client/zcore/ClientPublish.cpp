@@ -5,7 +5,9 @@
 #include <array>
 #include <string>
 
+#include "client/zcore/CannedMessages.h"
 #include "client/zcore/Client.h"
+#include "client/zcore/SdmMessageBuilder.h"
 #include "common/Log.h"
 #include "common/MessagePriorityGenerator.h"
 #include "common/PubSubException.h"
@@ -97,12 +99,7 @@ void Client::publishMsgImpl(MsgProperties* msg_p, INT32 producerIndex) {
     const std::size_t index = checkedProducerIndex(producerIndex);
     zorClient_opaqueMsg_pt pubMsg = pubMsgsList_m[index];
 
-    if (msg_p->getSdmMsgProps().getSdmId() != PUBSUB_SDM_ID_NULL) {
-        resetMsg(index);
-        throwClientError("Structured message contents (message type " +
-                         std::to_string(msg_p->getSdmMsgProps().getSdmId()) +
-                         ") are not available in this build");
-    }
+    addStructuredContent(pubMsg, index, msg_p->getSdmMsgProps());
 
     if (pubWantToolData_m) {
         if (props_m.getWantUserPropToolData()) {
@@ -134,6 +131,28 @@ void Client::publishMsgImpl(MsgProperties* msg_p, INT32 producerIndex) {
     const zorClient_returnCode_t rc = zorClient_session_sendMsg(session_mp, pubMsg);
     if (rc != ZORCLIENT_OK) {
         handleErrorWithException(rc);
+    }
+}
+
+void Client::addStructuredContent(zorClient_opaqueMsg_pt pubMsg, std::size_t producerIndex,
+                                  const SdmProperties& sdm) {
+    const int sdmId = sdm.getSdmId();
+    if (sdmId == PUBSUB_SDM_ID_NULL) {
+        return;
+    }
+    // A structured message is built from nothing each time: what the last
+    // one left on the reused message (containers, headers) must not leak
+    // into this one. The description itself was parsed once, before the
+    // run, and is only read here.
+    resetMsg(producerIndex);
+    if (sdmId >= PUBSUB_SDM_ID_USER_DEF_BASE) {
+        if (SdmMessageBuilder::buildMsg(sdm, pubMsg) != 0) {
+            throwClientError("Unable to build msg contents in SDM message type: " +
+                             std::to_string(sdmId));
+        }
+    } else if (createStructuredMsg(sdmId, pubMsg) != 0) {
+        throwClientError("Unable to set msg contents in SDM message type: " +
+                         std::to_string(sdmId));
     }
 }
 

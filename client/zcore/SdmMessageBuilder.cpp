@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "common/Log.h"
 
@@ -578,7 +579,8 @@ int SdmMessageBuilder::checkMsg(const SdmProperties& sdm, zorClient_opaqueMsg_pt
                 result = -1;
                 break;
             }
-            const auto found = expectedFields.find(name_p != nullptr ? name_p : "");
+            const auto found =
+                expectedFields.find(std::string_view(name_p != nullptr ? name_p : ""));
             if (found == expectedFields.end()) {
                 LOG_ERROR("Msg# %d: Key not expected: %s", id, name_p != nullptr ? name_p : "");
                 result = -1;

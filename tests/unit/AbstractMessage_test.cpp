@@ -4,56 +4,14 @@
 
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "common/PubSubException.h"
 #include "tests/unit/LogCapture.h"
+#include "tests/unit/TestMessage.h"
 
 namespace zorvane::pubsub {
 namespace {
-
-// A received message without a library: an attachment and a user property
-// map, decoded through the view's own helpers as a binding does.
-class FakeMessage : public AbstractMessage {
-  public:
-    FakeMessage() : AbstractMessage("000004") {}
-    std::string attachment_m;
-    std::vector<std::pair<std::string, INT64>> userProps_m;
-
-    void decodeToolData(ToolDataType type) override {
-        switch (type) {
-            case TOOL_DATA_TYPE_BIN_ATTACH:
-                decodeToolDataFromAttachment(getAttachBegin(), getAttachEnd());
-                return;
-            case TOOL_DATA_TYPE_USER_PROP:
-                toolData_m.clear();
-                for (const auto& [name, value] : userProps_m) {
-                    takeToolDataUserProperty(name.c_str(), value);
-                }
-                return;
-        }
-        throwUnsupportedToolDataType(type);
-    }
-    const char* getAttachBegin() override {
-        return attachment_m.empty() ? nullptr : attachment_m.data();
-    }
-    const char* getAttachEnd() override {
-        return attachment_m.empty() ? nullptr : attachment_m.data() + attachment_m.size();
-    }
-
-    std::string getMsgId() override { return ""; }
-    std::string getUserData() override { return ""; }
-    INT32 getPriority() override { return -1; }
-    std::vector<unsigned int> getCids() override { return {}; }
-    void fullMsgUpdateStats(PerfStats*) override {}
-    const char* getPayloadBegin() override { return nullptr; }
-    const char* getPayloadEnd() override { return nullptr; }
-    bool isRedelivered() override { return false; }
-    bool getCheckStructuredMsg(const std::vector<SdmProperties>&) override { return false; }
-    void* getMsgPointer() override { return nullptr; }
-    void setMsgPointer(void*) override {}
-};
 
 std::string encoded(const ToolData& td) {
     char buffer[ToolData::MAX_ENCODED_SIZE];
@@ -61,7 +19,7 @@ std::string encoded(const ToolData& td) {
 }
 
 TEST(AbstractMessageToolData, AttachmentFormReplacesTheRecordOfTheMessageBefore) {
-    FakeMessage msg;
+    TestMessage msg("000004");
     ToolData sent;
     sent.setMsgId(42);
     sent.setStreamId(0);
@@ -77,7 +35,7 @@ TEST(AbstractMessageToolData, AttachmentFormReplacesTheRecordOfTheMessageBefore)
 }
 
 TEST(AbstractMessageToolData, DamagedBlockThrowsAndLeavesTheRecordEmpty) {
-    FakeMessage msg;
+    TestMessage msg("000004");
     ToolData sent;
     sent.setMsgId(42);
     msg.attachment_m = encoded(sent);
@@ -90,7 +48,7 @@ TEST(AbstractMessageToolData, DamagedBlockThrowsAndLeavesTheRecordEmpty) {
 
 TEST(AbstractMessageToolData, PropertyFormTakesKnownNamesAndLogsTheRest) {
     LogCapture captured(log::LEVEL_ERROR);
-    FakeMessage msg;
+    TestMessage msg("000004");
     msg.userProps_m = {{"m", 9}, {"JMSXGroupID", 1}, {"s", 3}, {"q", 5}, {"l", 0}, {"x", -1}};
     msg.decodeToolData(TOOL_DATA_TYPE_USER_PROP);
     const ToolData& td = *msg.getToolData();
@@ -106,7 +64,7 @@ TEST(AbstractMessageToolData, PropertyFormTakesKnownNamesAndLogsTheRest) {
 }
 
 TEST(AbstractMessageToolData, UnknownFormIsRefusedByNumber) {
-    FakeMessage msg;
+    TestMessage msg("000004");
     try {
         msg.decodeToolData(static_cast<ToolDataType>(5));
         FAIL() << "no exception";

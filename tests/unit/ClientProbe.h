@@ -19,6 +19,8 @@ class ClientProbe : public Client {
 
     zorClient_opaqueSession_pt session() const { return session_mp; }
     INT32 maxPubRetries() const { return maxPubRetries_m; }
+    // Messages that entered the receive analysis; any thread may read it.
+    UINT64 msgsRecv() const { return msgsRecv_m.load(); }
     void readObjectType(AbstractMessage* msg_p, MsgObjectTypeReading& reading) {
         readMsgObjectTypeImpl(msg_p, reading);
     }

@@ -1,12 +1,8 @@
-// Per-message work must not touch the heap: this program replaces the global
-// allocation functions with counting ones and reads the count around the
-// hot calls.
+// Per-message work must not touch the heap: this program counts the
+// allocations made while the hot calls run.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <memory>
-#include <new>
 #include <vector>
 
 #include "common/CRC.h"
@@ -17,43 +13,15 @@
 #include "common/PublishMessageCycle.h"
 #include "common/PublishProperties.h"
 #include "common/ToolData.h"
+#include "tests/unit/CountingAllocator.h"
 #include "tests/unit/NullClient.h"
 #include "tests/unit/TestClient.h"
 #include "vexload/ClientPubThread.h"
 
-namespace {
-std::atomic<long> allocations_s{0};
-}
-
-// The replacements come as a whole (new takes from malloc, every delete gives
-// back to free); once inlined into each other the compiler cannot see that.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-void* operator new(std::size_t size) {
-    allocations_s.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size == 0 ? 1 : size)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    std::free(p);
-}
-
 namespace zorvane::pubsub {
 namespace {
+
+using test::AllocationCount;
 
 TEST(HotPathAllocation, DecodeLatencyAndInOrderChecksAllocateNothing) {
     PerfStats stats("hot", 1000000, 1024, 11, 0.0);
@@ -64,7 +32,7 @@ TEST(HotPathAllocation, DecodeLatencyAndInOrderChecksAllocateNothing) {
     stats.checkOrderPublisherStreamNumber(3, 1, false, false);  // known streams from here on
     stats.checkOrderTopicSequenceNumber(1, false, false);
 
-    const long before = allocations_s.load();
+    AllocationCount count;
     for (UINT64 id = 2; id < 10000; ++id) {
         td.setMsgId(id);
         decoded.decode(block, block + td.encode(block, sizeof block));
@@ -73,11 +41,11 @@ TEST(HotPathAllocation, DecodeLatencyAndInOrderChecksAllocateNothing) {
                                                           false, false));
         ASSERT_TRUE(stats.checkOrderTopicSequenceNumber(static_cast<INT64>(id), false, false));
     }
-    EXPECT_EQ(allocations_s.load() - before, 0);
+    EXPECT_EQ(count.allocations(), 0);
     EXPECT_EQ(stats.getStatElement(PerfStats::NUM_LATENCY_MSGS), 9998u);
 
     stats.checkOrderPublisherStreamNumber(4, 1, false, false);  // the counter does count
-    EXPECT_GT(allocations_s.load() - before, 0);
+    EXPECT_GT(count.allocations(), 0);
 }
 
 TEST(HotPathAllocation, WarmMessageCycleWithJitterAndUniqueContentsAllocatesNothing) {
@@ -100,11 +68,11 @@ TEST(HotPathAllocation, WarmMessageCycleWithJitterAndUniqueContentsAllocatesNoth
     for (; id <= 2000; ++id) {  // every attachment reaches its largest size
         cycle.nextMessage(id, 1, id);
     }
-    const long before = allocations_s.load();
+    AllocationCount count;
     for (; id <= 12000; ++id) {
         cycle.nextMessage(id, 1, id);
     }
-    EXPECT_EQ(allocations_s.load() - before, 0);
+    EXPECT_EQ(count.allocations(), 0);
 }
 
 // The receive path of a client: the fast path (latency and first-to-last
@@ -141,11 +109,11 @@ TEST(HotPathAllocation, ProcessMessageAllocatesNothingOnEitherPath) {
         };
         receive(1);  // the streams' first messages create their order state
 
-        const long before = allocations_s.load();
+        AllocationCount count;
         for (UINT64 id = 2; id < 1000; ++id) {
             receive(id);
         }
-        EXPECT_EQ(allocations_s.load() - before, 0) << "slow path: " << client.wantSlowPath();
+        EXPECT_EQ(count.allocations(), 0) << "slow path: " << client.wantSlowPath();
         const PerfStats& stats = client.getRxStats(false);
         EXPECT_EQ(stats.getStatElement(PerfStats::NUM_LATENCY_MSGS), 999U);
         EXPECT_EQ(stats.getStatElement(PerfStats::NUM_MSGS_CRC_OK),
@@ -165,7 +133,7 @@ class AllocationWatchingClient : public NullClient {
 
   private:
     void note() {
-        atLastSend_m = allocations_s.load();
+        atLastSend_m = test::countedAllocations();
         if (atFirstSend_m < 0) {
             atFirstSend_m = atLastSend_m;
         }
@@ -199,6 +167,7 @@ TEST(HotPathAllocation, PublishLoopAllocatesNothingPerMessage) {
         props.setMsgObjTypeList("bm");
         props.setAckImmediatelyInterval(7);
         thread.configurePublish(msgs, props, stats, "");
+        const AllocationCount armed;  // the client reads the running count itself
         thread.start();
         thread.wait();
         EXPECT_EQ(client.atLastSend_m - client.atFirstSend_m, 0) << "send vector " << sendVector;

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "client/zcore/CannedMessages.h"
+#include "client/zcore/SdmMessageBuilder.h"
 #include "common/PerfStats.h"
 #include "common/PubSubException.h"
 #include "common/SdmProperties.h"
@@ -146,6 +148,26 @@ TEST_F(MessageTest, TheStructuredMessageIdComesFromTheFirstUserDataByte) {
     EXPECT_FALSE(view_m.getCheckStructuredMsg({}));
     EXPECT_TRUE(log_m.contains(log::LEVEL_DEBUG,
                                "CLIENT 000003: sdm message ID received out of range. 50. "));
+
+    SdmProperties described;
+    described.parseInputString(
+        {"msg:type=map", "msg:useBinaryAttachment=1", "int8 name=n value=1"});
+    described.setSdmMsgId(50);
+    zorClient_msg_reset(msg_m);
+    ASSERT_EQ(SdmMessageBuilder::buildMsg(described, msg_m), 0);
+    EXPECT_TRUE(view_m.getCheckStructuredMsg({described}));
+    described.setSdmMsgId(51);  // the byte names the list entry, the entry must agree
+    EXPECT_FALSE(view_m.getCheckStructuredMsg({described}));
+}
+
+TEST_F(MessageTest, ACannedMessageMayLackOnlyItsSenderTimestamp) {
+    view_m.setMsgPointer(msg_m);
+    ASSERT_EQ(createStructuredMsg(12, msg_m), 0);
+    zorClient_msg_deleteSenderTimestamp(msg_m);
+    EXPECT_TRUE(view_m.getCheckStructuredMsg({}));
+    zorClient_msg_setCorrelationId(msg_m, "other");
+    EXPECT_FALSE(view_m.getCheckStructuredMsg({}));
+    EXPECT_TRUE(log_m.contains(log::LEVEL_ERROR, "Msg 12: Found CorrelationID=other"));
 }
 
 }  // namespace

@@ -19,7 +19,9 @@ namespace zorvane::pubsub {
 
 class TestMessage : public AbstractMessage {
   public:
-    TestMessage() : AbstractMessage("000001") {}
+    TestMessage() : TestMessage(std::string("000001")) {}
+    // A message of the client with this id, as its log lines show it.
+    explicit TestMessage(const std::string& clientIdStr) : AbstractMessage(clientIdStr) {}
     // A message whose attachment starts with record, followed by userBytes.
     explicit TestMessage(const ToolData& record, const std::string& userBytes = "")
         : TestMessage() {
