@@ -634,6 +634,9 @@ typedef struct zorClient_version_info {
 #define ZORCLIENT_EMBEDDED_PROP_PREFIX "EMBEDDED_"
 #define ZORCLIENT_EMBEDDED_PROP_AUTO_PROVISION "EMBEDDED_AUTO_PROVISION" /* "1" default, "0" */
 #define ZORCLIENT_EMBEDDED_PROP_CACHE_DEPTH "EMBEDDED_CACHE_DEPTH"       /* per topic, default 10 */
+/* Bytes of direct messages the broker queues for one session beyond that session's own buffers
+ * ("SESSION_SOCKET_RCV_BUF_SIZE" + "SESSION_BUFFER_SIZE"), 0..2^40, default 16777216. */
+#define ZORCLIENT_EMBEDDED_PROP_EGRESS_QUEUE_SIZE "EMBEDDED_EGRESS_QUEUE_SIZE"
 
 /* ---------------------------------------------------------------------------------------------
  * Property names: context

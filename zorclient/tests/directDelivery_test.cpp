@@ -117,9 +117,12 @@ TEST_F(DirectTest, AReceiverThatFallsBehindLosesMessagesAndLearnsOfIt) {
     ASSERT_EQ(ZORCLIENT_OK, zorClient_context_create(none, &slow, &funcInfo, sizeof funcInfo));
     const std::string payload(200, 'p');
     {
-        Peer receiver(slow, {"SESSION_SOCKET_RCV_BUF_SIZE", "0", "SESSION_BUFFER_SIZE", "1000"});
+        // A broker of its own that queues nothing beyond the session's buffers.
+        Peer receiver(
+            slow, {"SESSION_HOST", "embedded://tight-egress", "SESSION_SOCKET_RCV_BUF_SIZE", "0",
+                   "SESSION_BUFFER_SIZE", "1000", "EMBEDDED_EGRESS_QUEUE_SIZE", "0"});
         receiver.subscribe("e/x");
-        Peer sender(context());
+        Peer sender(context(), {"SESSION_HOST", "embedded://tight-egress"});
         for (int i = 0; i < 10; ++i) {
             ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", payload + std::to_string(i)));
         }

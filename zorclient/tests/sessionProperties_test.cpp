@@ -59,6 +59,7 @@ TEST_F(SessionPropertiesTest, BadValuesFailNamingTheKeyWhileForeignKeysAreIgnore
         {"SESSION_GD_RECONNECT_FAIL_ACTION", "RETRY"},
         {"SESSION_SSL_CONNECTION_DOWNGRADE_TO", "NONE"},
         {"EMBEDDED_CACHE_DEPTH", "0"},
+        {"EMBEDDED_EGRESS_QUEUE_SIZE", "-1"},
         {"EMBEDDED_FAULT_SESSION_DOWN_SUBCODE", "47"},
     };
     for (const auto& [key, value] : bad) {

@@ -96,7 +96,7 @@ zorClient_returnCode_t EmbeddedBackend::connect(const ConnectRequest& request,
     ConnectionSettings settings;
     settings.noLocal = request.noLocal;
     settings.localPriority = request.subscriberLocalPriority;
-    settings.egressLimitBytes = request.egressLimitBytes;
+    settings.egressLimitBytes = request.egressLimitBytes + instance_m->config().egressQueueBytes;
     const SessionIdentity identity = identityOf(request.clientName);
     zorClient_returnCode_t rc =
         instance_m->attach(connection_m, request.clientName, identity.inboxTopic, settings);

@@ -13,9 +13,9 @@ namespace {
 
 constexpr const char* FAULT_SESSION_DOWN_SUBCODE = "EMBEDDED_FAULT_SESSION_DOWN_SUBCODE";
 
-constexpr std::string_view KNOWN_KEYS[] = {ZORCLIENT_EMBEDDED_PROP_AUTO_PROVISION,
-                                           ZORCLIENT_EMBEDDED_PROP_CACHE_DEPTH,
-                                           FAULT_SESSION_DOWN_SUBCODE};
+constexpr std::string_view KNOWN_KEYS[] = {
+    ZORCLIENT_EMBEDDED_PROP_AUTO_PROVISION, ZORCLIENT_EMBEDDED_PROP_CACHE_DEPTH,
+    ZORCLIENT_EMBEDDED_PROP_EGRESS_QUEUE_SIZE, FAULT_SESSION_DOWN_SUBCODE};
 
 bool isSubcode(std::int64_t value) {
     // Every subcode has a name; other numbers get the "unknown" text.
@@ -34,6 +34,10 @@ zorClient_returnCode_t EmbeddedConfig::parse(const PropertyList& list, const cha
     if (rc == ZORCLIENT_OK) {
         rc = list.getInteger(ZORCLIENT_EMBEDDED_PROP_CACHE_DEPTH, 1, 1000000, &next.cacheDepth,
                              function_p);
+    }
+    if (rc == ZORCLIENT_OK) {
+        rc = list.getInteger(ZORCLIENT_EMBEDDED_PROP_EGRESS_QUEUE_SIZE, 0, std::int64_t{1} << 40,
+                             &next.egressQueueBytes, function_p);
     }
     std::int64_t subcode = next.sessionDownSubcode;
     if (rc == ZORCLIENT_OK) {
