@@ -5,9 +5,9 @@
 #include <iostream>
 #include <sstream>
 
-#include "common/DiskUtils.h"
 #include "common/DisplayUtils.h"
 #include "common/Log.h"
+#include "common/MessageArrayBuilder.h"
 #include "common/OS.h"
 #include "common/PubSubException.h"
 #include "common/TimerThread.h"
@@ -159,41 +159,8 @@ void AbstractClientCollection::commitTransaction(const std::string& sessionName,
 void AbstractClientCollection::_buildMsgArray(
     const PublishProperties& publishProps, const StatsCustomizationProperties& statsCust,
     bool publishSingleMsgFlag, std::vector<std::vector<MsgProperties>>& msgsToPublishArray) const {
-    msgsToPublishArray.clear();
-    refuseStructuredMsgWithToolData(statsCust);
-
-    const INT32 sendVector = publishProps.getSendVectorSize();
-    if (sendVector > 0) {
-        // A vectored send carries the tool data in the attachment only.
-        if (!publishProps.getXmlList().empty() || !publishProps.getXmlPayloadSizeList().empty()) {
-            throw PubSubException("Only binary attachments are supported with vectored send.");
-        }
-        if (statsCust.getWantUD()) {
-            throw PubSubException("Userdata not supported with vectored send.");
-        }
-    }
-    const std::vector<std::string> firstTopics = publishProps.getTopicsArray().empty()
-                                                     ? std::vector<std::string>()
-                                                     : publishProps.getTopicsArray()[0];
-    if (sendVector > 0 && firstTopics.empty()) {
-        throw PubSubException("Must use topic interface when using vectored send.");
-    }
-    if (firstTopics.empty() && publishProps.getXmlPayloadSizeList().empty() &&
-        publishProps.getXmlList().empty() && publishProps.getQueuesList().empty()) {
-        throw PubSubException(
-            "Must specify at least one routable component.  Ie topic or xml etc.");
-    }
-
-    const int minMsgsListSize = (sendVector > 0 && !publishSingleMsgFlag) ? sendVector : -1;
-    DiskUtils::genMsgArray(publishProps, msgsToPublishArray, minMsgsListSize);
-
-    if (statsCust.getWantUD()) {
-        for (std::vector<MsgProperties>& list : msgsToPublishArray) {
-            for (MsgProperties& msg : list) {
-                msg.setUserdata(DEFAULT_USERDATA);
-            }
-        }
-    }
+    MessageArrayBuilder::buildMsgArray(publishProps, statsCust, publishSingleMsgFlag,
+                                       msgsToPublishArray);
 }
 
 void AbstractClientCollection::_waitForAdPubAcks(const PublishProperties& publishProps) {

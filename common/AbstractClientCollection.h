@@ -56,8 +56,6 @@ class TimerThread;
 
 class AbstractClientCollection {
   public:
-    // What every user data field gets with "-ud".
-    static constexpr char DEFAULT_USERDATA[] = "abcdefghijklmnopqrstuvwxyz0123456789";
     // Every wait of the collection polls at this interval.
     static constexpr int POLL_INTERVAL_IN_US = 100000;
     // Polls of a start or stop of traffic (3 minutes) and of a disconnect

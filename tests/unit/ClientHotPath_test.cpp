@@ -62,15 +62,8 @@ TEST(ClientHotPath, ReceivingAMessageAllocatesNothing) {
     zorClient_cleanup();
 }
 
-class ClientSendHotPathTest : public LibraryFixture {
+class ClientSendHotPathTest : public DirectMessagingFixture {
   protected:
-    void SetUp() override {
-        LibraryFixture::SetUp();
-        const std::string missing = directMessagingMissing();
-        if (!missing.empty()) {
-            GTEST_SKIP() << missing;
-        }
-    }
     void destroyClients() override {
         tx_mp.reset();
         rx_mp.reset();

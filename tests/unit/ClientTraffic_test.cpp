@@ -16,15 +16,8 @@
 namespace zorvane::pubsub {
 namespace {
 
-class ClientTrafficTest : public LibraryFixture {
+class ClientTrafficTest : public DirectMessagingFixture {
   protected:
-    void SetUp() override {
-        LibraryFixture::SetUp();
-        const std::string missing = directMessagingMissing();
-        if (!missing.empty()) {
-            GTEST_SKIP() << missing;
-        }
-    }
     void destroyClients() override { clients_m.clear(); }
 
     ClientProbe& make(const ClientProperties& props, INT32 clientId,

@@ -49,15 +49,8 @@ struct RunRecords {
     CliProperties cli;
 };
 
-class SdmRoundTripTest : public LibraryFixture {
+class SdmRoundTripTest : public DirectMessagingFixture {
   protected:
-    void SetUp() override {
-        LibraryFixture::SetUp();
-        const std::string missing = directMessagingMissing();
-        if (!missing.empty()) {
-            GTEST_SKIP() << missing;
-        }
-    }
     void destroyClients() override { clients_m.clear(); }
 
     ClientProbe& connect(INT32 clientId, const StatsCustomizationProperties& stats,

@@ -75,4 +75,17 @@ class LibraryFixture : public ::testing::Test {
     std::unique_ptr<Context> context_mp;
 };
 
+// A LibraryFixture for tests that send through the broker: skipped, with
+// the reason, where the library cannot carry direct messages.
+class DirectMessagingFixture : public LibraryFixture {
+  protected:
+    void SetUp() override {
+        LibraryFixture::SetUp();
+        const std::string missing = directMessagingMissing();
+        if (!missing.empty()) {
+            GTEST_SKIP() << missing;
+        }
+    }
+};
+
 }  // namespace zorvane::pubsub
