@@ -410,8 +410,12 @@ class AbstractClient {
     bool computeWantSlowPathMsgProcess() const;
 
     // The parts of processMessage, in the order it runs them.
-    void processMessageLatency(AbstractMessage* msg_p, UINT64 currTime, PerfStats* perfStats_p);
-    void processMessageSlowPath(AbstractMessage* msg_p, PerfStats* perfStats_p);
+    // processMessageLatency returns whether it decoded the tool data
+    // cleanly; the slow path then reads it as it stands instead of decoding
+    // it a second time (a damaged record is decoded and reported again).
+    bool processMessageLatency(AbstractMessage* msg_p, UINT64 currTime, PerfStats* perfStats_p);
+    void processMessageSlowPath(AbstractMessage* msg_p, PerfStats* perfStats_p,
+                                bool toolDataDecoded);
     void processMessageObjectType(AbstractMessage* msg_p, PerfStats* perfStats_p);
 
     // Keeps a copy of the current record at the end of the history, the
@@ -473,8 +477,9 @@ class AbstractClient {
 
   private:
     // Decodes the message's tool data in the form of this run; a damaged
-    // record is reported (log and standard output) and left empty.
-    void decodeReceivedToolData(AbstractMessage* msg_p);
+    // record is reported (log and standard output), left empty, and gives
+    // false.
+    bool decodeReceivedToolData(AbstractMessage* msg_p);
     void reportTimeToFirstMsg();
     // CRC and user data check of the slow path.
     void checkPayload(AbstractMessage* msg_p, const ToolData& toolData, PerfStats* perfStats_p);

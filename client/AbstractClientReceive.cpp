@@ -39,12 +39,13 @@ void AbstractClient::processMessage(AbstractMessage* msg_p, PerfStats* perfStats
     // The clock is read before anything else is done with the message, so
     // that our own work does not count as latency.
     UINT64 currTime = 0;
+    bool toolDataDecoded = false;
     if (rxStatsProps_m.getWantLatency() || rxStatsProps_m.getFirstLastLatencyFanout() != 0) {
         currTime = OS::numClockCycles();
-        processMessageLatency(msg_p, currTime, perfStats_p);
+        toolDataDecoded = processMessageLatency(msg_p, currTime, perfStats_p);
     }
     if (wantSlowPathMsgProcess_m.load(std::memory_order_relaxed)) {
-        processMessageSlowPath(msg_p, perfStats_p);
+        processMessageSlowPath(msg_p, perfStats_p, toolDataDecoded);
     }
     if (props_m.getMsgObjTypeCheck()) {
         processMessageObjectType(msg_p, perfStats_p);
@@ -63,12 +64,13 @@ void AbstractClient::processMessage(AbstractMessage* msg_p, PerfStats* perfStats
     }
 }
 
-void AbstractClient::decodeReceivedToolData(AbstractMessage* msg_p) {
+bool AbstractClient::decodeReceivedToolData(AbstractMessage* msg_p) {
     try {
         msg_p->decodeToolData(props_m.getWantUserPropToolData() ? TOOL_DATA_TYPE_USER_PROP
                                                                 : TOOL_DATA_TYPE_BIN_ATTACH);
         LOG_DEBUG("CLIENT %s: ToolData \n %s", clientIdStr_m.c_str(),
                   msg_p->getToolData()->toString().c_str());
+        return true;
     } catch (const std::exception& e) {
         // A damaged record costs its measurements, not the message: the
         // rest of the analysis goes on without tool data.
@@ -77,12 +79,13 @@ void AbstractClient::decodeReceivedToolData(AbstractMessage* msg_p) {
             "CLIENT " + clientIdStr_m + ": " + "Error decoding tool data. Cause: " + e.what();
         LOG_ERROR("%s", text.c_str());
         std::printf("\n\n%s\n\n", text.c_str());
+        return false;
     }
 }
 
-void AbstractClient::processMessageLatency(AbstractMessage* msg_p, UINT64 currTime,
+bool AbstractClient::processMessageLatency(AbstractMessage* msg_p, UINT64 currTime,
                                            PerfStats* perfStats_p) {
-    decodeReceivedToolData(msg_p);
+    const bool decoded = decodeReceivedToolData(msg_p);
     const ToolData& toolData = *msg_p->getToolData();
 
     if (toolData.hasLatency()) {
@@ -118,6 +121,7 @@ void AbstractClient::processMessageLatency(AbstractMessage* msg_p, UINT64 currTi
     if (firstLastData_mp && toolData.hasMsgId()) {
         firstLastData_mp->incStats(toolData.getMsgId(), currTime);
     }
+    return decoded;
 }
 
 void AbstractClient::setFirstSubscriptionAddTime(UINT64 timeInUs, UINT32 numSubscriptions) {

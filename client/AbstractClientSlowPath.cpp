@@ -47,12 +47,16 @@ const char* expectedObjectTypeContent(const std::string& type) {
 
 }  // namespace
 
-void AbstractClient::processMessageSlowPath(AbstractMessage* msg_p, PerfStats* perfStats_p) {
+void AbstractClient::processMessageSlowPath(AbstractMessage* msg_p, PerfStats* perfStats_p,
+                                            bool toolDataDecoded) {
     const StatsCustomizationProperties& rx = rxStatsProps_m;
 
-    // Decoded again: the latency step may be off, and this one may be the
-    // only one that runs.
-    decodeReceivedToolData(msg_p);
+    // The latency step may be off, and then this is the only decode. Nothing
+    // between the two steps changes the record, so a clean first decode is
+    // kept as it is.
+    if (!toolDataDecoded) {
+        decodeReceivedToolData(msg_p);
+    }
     const ToolData& toolData = *msg_p->getToolData();
 
     if (wantTimeToFirstMsg_m.load(std::memory_order_acquire)) {

@@ -102,6 +102,8 @@ void PerfStats::resetStats() {
     std::fill(latencyBucketsVect_m.begin(), latencyBucketsVect_m.end(), 0);
     orderMemory_m.clear();
     oooData_m.clear();
+    lastPublisherStream_m = StreamCache();
+    lastTopicStream_m = StreamCache();
     cidStats_m.clear();
     demuxStats_m.clear();
     sessionEventStats_m.clear();

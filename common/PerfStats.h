@@ -207,18 +207,13 @@ class PerfStats {
     // whatever its id, and is never an error. True means no order error.
     bool checkOrderPublisherStreamNumber(INT32 stream, UINT64 msgId, bool redelivered,
                                          bool republished) {
-        auto found = oooData_m.find(stream);
-        if (found == oooData_m.end()) [[unlikely]] {
-            startStream(stream, msgId);
-            return true;
-        }
-        return found->second.checkOrder(msgId, redelivered, republished);
+        return checkOrderOf(lastPublisherStream_m, stream, msgId, redelivered, republished);
     }
     // The same over the broker's topic sequence numbers, as one stream
     // under STREAM_ID_TOPIC_SEQUENCE.
     bool checkOrderTopicSequenceNumber(INT64 topicSequence, bool redelivered, bool republished) {
-        return checkOrderPublisherStreamNumber(
-            STREAM_ID_TOPIC_SEQUENCE, static_cast<UINT64>(topicSequence), redelivered, republished);
+        return checkOrderOf(lastTopicStream_m, STREAM_ID_TOPIC_SEQUENCE,
+                            static_cast<UINT64>(topicSequence), redelivered, republished);
     }
     void commit();
     void rollback();
@@ -275,6 +270,34 @@ class PerfStats {
   private:
     static bool isValidStat(INT32 stat) { return stat >= 0 && stat < NUM_STAT_TYPES; }
     void logBadStat(const char* operation, INT64 stat) const;
+    // The stream looked up last by one kind of order check. Messages come in
+    // runs of one stream (and the topic sequence check has only one), so
+    // this spares the map search per message. Map nodes never move, so the
+    // pointer stays good until the map is cleared; a copy starts empty
+    // because it would point into the other object's map.
+    struct StreamCache {
+        INT32 stream_m = 0;
+        SingleStreamOrderStats* order_mp = nullptr;
+        StreamCache() = default;
+        StreamCache(const StreamCache&) {}
+        StreamCache& operator=(const StreamCache&) {
+            order_mp = nullptr;
+            return *this;
+        }
+    };
+    bool checkOrderOf(StreamCache& cache, INT32 stream, UINT64 msgId, bool redelivered,
+                      bool republished) {
+        if (cache.order_mp == nullptr || cache.stream_m != stream) [[unlikely]] {
+            auto found = oooData_m.find(stream);
+            if (found == oooData_m.end()) [[unlikely]] {
+                startStream(stream, msgId);
+                return true;
+            }
+            cache.stream_m = stream;
+            cache.order_mp = &found->second;
+        }
+        return cache.order_mp->checkOrder(msgId, redelivered, republished);
+    }
     void startStream(INT32 stream, UINT64 msgId);
     void applyConfiguration(UINT64 secDivisor, UINT32 numBuckets, UINT32 granularity,
                             double warmUpSecs);
@@ -284,6 +307,8 @@ class PerfStats {
     StatCollection stats_m{};
     std::vector<UINT64> orderMemory_m;
     std::map<INT32, SingleStreamOrderStats> oooData_m;
+    StreamCache lastPublisherStream_m;
+    StreamCache lastTopicStream_m;
     std::map<unsigned int, int> cidStats_m;
     std::map<std::string, UINT64> demuxStats_m;
     UINT64 receiveStartTime_m = 0;  // 0: nothing counted yet

@@ -139,7 +139,19 @@ TEST(ReceivePathChoice, SlowPathRunsOnlyWhenAFeatureNeedsItAndFanoutSilencesOrde
     EXPECT_EQ(sink->stat(P::NUM_MSGS_REDELIVERED), 0U) << "counted only on the slow path";
     EXPECT_EQ(echo->stat(P::NUM_MSGS_REDELIVERED), 1U) << "even with order checking off";
     EXPECT_EQ(echo->reflects_m, 1);
-    EXPECT_EQ(redelivered.decodes_m, 3) << "latency and slow path decode each";
+    EXPECT_EQ(redelivered.decodes_m, 2) << "the slow path reuses the latency step's decode";
+
+    // A damaged record is decoded and reported again by the slow path: the
+    // first decode left it empty.
+    TestMessage damaged(record(1, 2));
+    damaged.attachment_m.resize(damaged.attachment_m.size() - 4);
+    testing::internal::CaptureStdout();
+    echo->receive(damaged);
+    const std::string damagedOut = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(damaged.decodes_m, 2);
+    const std::size_t firstReport = damagedOut.find("Error decoding tool data");
+    EXPECT_NE(firstReport, std::string::npos);
+    EXPECT_NE(firstReport, damagedOut.rfind("Error decoding tool data")) << damagedOut;
 
     rx.setFirstLastLatencyFanout(2);
     rx.setWantOrderCheckPublisherStreamNumber(true);

@@ -41,13 +41,28 @@ const char* baseName(const char* path_p) noexcept {
     return slash_p != nullptr ? slash_p + 1 : path_p;
 }
 
-// "2024-05-01T12:34:56.123456Z" into buffer_p.
+// "2024-05-01T12:34:56.123456Z" into buffer_p. The text up to the seconds is
+// kept per thread and made again only when the second changes: a burst of
+// lines (a receiver reporting every gap of a lossy stream) would otherwise
+// pay a calendar conversion per line.
 void formatTime(char* buffer_p, std::size_t size) noexcept {
+    struct SecondText {
+        time_t second = -1;
+        char text[32] = {};
+        std::size_t length = 0;
+    };
+    thread_local SecondText cached_s;
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    tm parts{};
-    gmtime_r(&now.tv_sec, &parts);
-    std::size_t used = std::strftime(buffer_p, size, "%Y-%m-%dT%H:%M:%S", &parts);
+    if (now.tv_sec != cached_s.second) {
+        tm parts{};
+        gmtime_r(&now.tv_sec, &parts);
+        cached_s.length =
+            std::strftime(cached_s.text, sizeof cached_s.text, "%Y-%m-%dT%H:%M:%S", &parts);
+        cached_s.second = now.tv_sec;
+    }
+    const std::size_t used = cached_s.length < size ? cached_s.length : 0;
+    std::memcpy(buffer_p, cached_s.text, used);
     std::snprintf(buffer_p + used, size - used, ".%06ldZ", now.tv_nsec / 1000L);
 }
 
