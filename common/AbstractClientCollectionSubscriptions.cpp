@@ -5,6 +5,7 @@
 #include "common/AbstractClientCollection.h"
 #include "common/CliProperties.h"
 #include "common/EpConfigProperties.h"
+#include "common/FlowSettings.h"
 #include "common/Log.h"
 #include "common/OS.h"
 #include "common/PubSubException.h"
@@ -38,50 +39,6 @@ std::vector<std::string> pairTopicsWithEndpoints(const std::vector<std::string>&
     }
     return paired;
 }
-
-// The flow settings of the command line, as every factory call takes them.
-struct FlowSettings {
-    explicit FlowSettings(const CliProperties& cli)
-        : noLocal(cli.getBooleanProperty(P::WANT_NO_LOCAL)),
-          wantActiveFlowInd(cli.getBooleanProperty(P::WANT_ACTIVE_FLOW_INDICATION)),
-          wantCutThroughPersistence(cli.getBooleanProperty(P::WANT_CUT_THROUGH_PERSISTENCE)),
-          wantReplay(cli.getBooleanProperty(P::AD_WANT_REPLAY)),
-          replayDate(cli.getStringProperty(P::AD_REPLAY_DATE)),
-          replayMsgId(cli.getStringProperty(P::AD_REPLAY_MSG_ID)),
-          flowReconnectAttempts(cli.getIntegerProperty(P::AD_FLOW_RECONNECT_ATTEMPTS)),
-          flowReconnectIntervalInMsecs(
-              cli.getIntegerProperty(P::AD_FLOW_RECONNECT_INTERVAL_IN_MSECS)),
-          maxMsgSize(cli.getIntegerProperty(P::PE_MAXMSG_SIZE)),
-          quota(cli.getStringProperty(P::PE_QUOTA_MB)),
-          permission(cli.getStringProperty(P::PE_PERMISSION)),
-          respectTTL(cli.getIntegerProperty(P::PE_RESPECT_TTL)),
-          discardNotifySender(cli.getIntegerProperty(P::PE_DISCARD_NOTIFY_SENDER)),
-          maxMsgRedelivery(cli.getIntegerProperty(P::PE_MAX_MSG_REDELIVERY)),
-          accessType(cli.getIntegerProperty(P::PE_ACCESS_TYPE)) {}
-
-    EpConfigProperties provisioning(const std::vector<std::string>& names, bool isTopic,
-                                    bool isAdding) const {
-        return EpConfigProperties::CreateForEndpointProvisioning(
-            names, isTopic, isAdding, accessType, maxMsgSize, quota, permission, respectTTL,
-            discardNotifySender, maxMsgRedelivery);
-    }
-
-    bool noLocal;
-    bool wantActiveFlowInd;
-    bool wantCutThroughPersistence;
-    bool wantReplay;
-    std::string replayDate;
-    std::string replayMsgId;
-    int flowReconnectAttempts;
-    int flowReconnectIntervalInMsecs;
-    int maxMsgSize;
-    std::string quota;
-    std::string permission;
-    int respectTTL;
-    int discardNotifySender;
-    int maxMsgRedelivery;
-    int accessType;
-};
 
 // Settlement lists are not given on the command line for these flows.
 const std::vector<std::string> NO_SETTLEMENTS_s;
@@ -153,13 +110,7 @@ void AbstractClientCollection::addSubscriptionsFromCliProps(
                 if (wantProvisioned) {
                     endpointProvisioning(flow.provisioning(queues, false, true), i);
                 }
-                queueUpdate(
-                    EpConfigProperties::CreateForQueueUpdate(
-                        queues, selectors, true, flow.noLocal, flow.wantActiveFlowInd,
-                        flow.wantCutThroughPersistence, transactedSessionName, flow.wantReplay,
-                        flow.replayDate, flow.replayMsgId, flow.flowReconnectAttempts,
-                        flow.flowReconnectIntervalInMsecs, NO_SETTLEMENTS_s, NO_SETTLEMENTS_s),
-                    i);
+                queueUpdate(flow.queueBind(queues, selectors, transactedSessionName), i);
                 numSubscriptions = static_cast<UINT32>(queues.size());
                 if (!clientTopics.empty()) {
                     for (const std::string& name : queues) {
@@ -187,14 +138,10 @@ void AbstractClientCollection::addSubscriptionsFromCliProps(
                 if (wantProvisioned) {
                     endpointProvisioning(flow.provisioning(dtes, true, true), i);
                 }
-                topicUpdate(
-                    EpConfigProperties::CreateForTopicUpdate(
-                        dtes, pairTopicsWithEndpoints(roundRobin(clientTopics, ci), dtes),
-                        selectors, true, false, flow.noLocal, flow.wantActiveFlowInd,
-                        flow.wantCutThroughPersistence, transactedSessionName, flow.wantReplay,
-                        flow.replayDate, flow.replayMsgId, flow.flowReconnectAttempts,
-                        flow.flowReconnectIntervalInMsecs, NO_SETTLEMENTS_s, NO_SETTLEMENTS_s),
-                    i);
+                topicUpdate(flow.topicEndpointBind(
+                                dtes, pairTopicsWithEndpoints(roundRobin(clientTopics, ci), dtes),
+                                selectors, transactedSessionName),
+                            i);
                 numSubscriptions = static_cast<UINT32>(dtes.size());
             }
         } catch (const PubSubErrorResponseException& e) {

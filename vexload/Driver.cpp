@@ -13,6 +13,7 @@
 #include "common/ClientProperties.h"
 #include "common/DisplayUtils.h"
 #include "common/EpConfigProperties.h"
+#include "common/FlowSettings.h"
 #include "common/OS.h"
 #include "common/PubSubException.h"
 #include "common/PublishProperties.h"
@@ -161,29 +162,12 @@ void startBinding(PerfClientCollection& clients, const CliProperties& cli) {
     const std::vector<std::vector<std::string>> clientSelectors = cli.getSelectors();
     const std::vector<std::string> selectors =
         clientSelectors.empty() ? std::vector<std::string>() : clientSelectors[0];
-    const std::vector<std::string> noSettlements;
+    const FlowSettings flow(cli);
     EpConfigProperties props;
     if (!clientQueues.empty()) {
-        props = EpConfigProperties::CreateForQueueUpdate(
-            clientQueues[0], selectors, true, cli.getBooleanProperty(P::WANT_NO_LOCAL),
-            cli.getBooleanProperty(P::WANT_ACTIVE_FLOW_INDICATION),
-            cli.getBooleanProperty(P::WANT_CUT_THROUGH_PERSISTENCE), "",
-            cli.getBooleanProperty(P::AD_WANT_REPLAY), cli.getStringProperty(P::AD_REPLAY_DATE),
-            cli.getStringProperty(P::AD_REPLAY_MSG_ID),
-            cli.getIntegerProperty(P::AD_FLOW_RECONNECT_ATTEMPTS),
-            cli.getIntegerProperty(P::AD_FLOW_RECONNECT_INTERVAL_IN_MSECS), noSettlements,
-            noSettlements);
+        props = flow.queueBind(clientQueues[0], selectors, "");
     } else if (!clientTopics.empty() && !clientDTEs.empty()) {
-        props = EpConfigProperties::CreateForTopicUpdate(
-            clientDTEs[0], clientTopics[0], selectors, true, false,
-            cli.getBooleanProperty(P::WANT_NO_LOCAL),
-            cli.getBooleanProperty(P::WANT_ACTIVE_FLOW_INDICATION),
-            cli.getBooleanProperty(P::WANT_CUT_THROUGH_PERSISTENCE), "",
-            cli.getBooleanProperty(P::AD_WANT_REPLAY), cli.getStringProperty(P::AD_REPLAY_DATE),
-            cli.getStringProperty(P::AD_REPLAY_MSG_ID),
-            cli.getIntegerProperty(P::AD_FLOW_RECONNECT_ATTEMPTS),
-            cli.getIntegerProperty(P::AD_FLOW_RECONNECT_INTERVAL_IN_MSECS), noSettlements,
-            noSettlements);
+        props = flow.topicEndpointBind(clientDTEs[0], clientTopics[0], selectors, "");
         props.setIsTopic(true);
     } else {
         return;

@@ -13,6 +13,7 @@
 #include "common/PubSubException.h"
 #include "tests/unit/CliTestSupport.h"
 #include "tests/unit/NullClient.h"
+#include "tests/unit/ThrownText.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -90,14 +91,7 @@ class FakeCollection : public AbstractClientCollection {
     void _setLastPubTime(UINT64, int) override {}
 };
 
-std::string messageOf(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const PubSubException& e) {
-        return e.what();
-    }
-    return "(nothing thrown)";
-}
+using test::messageOf;
 
 TEST(ClientCollectionState, OneLostClientIsALostRun) {
     FakeCollection empty(0);

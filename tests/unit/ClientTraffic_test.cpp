@@ -18,23 +18,12 @@ namespace {
 
 class ClientTrafficTest : public DirectMessagingFixture {
   protected:
-    void destroyClients() override { clients_m.clear(); }
-
     ClientProbe& make(const ClientProperties& props, INT32 clientId,
                       StatsCustomizationProperties stats = {}, const std::string& topic = "") {
         stats.setWantPerMessageDetails(true);
         stats.setPerMessageDetailsQueueDepth(100);
         stats.setWantOrderCheckPublisherStreamNumber(true);  // the details come on the slow path
-        clients_m.push_back(std::make_unique<ClientProbe>(clientId, 1000000, props,
-                                                          context_mp.get(), stats, nullptr, 1));
-        ClientProbe& client = *clients_m.back();
-        client.connect();
-        EXPECT_TRUE(waitFor(
-            [&] { return client.getChannelState() == AbstractClient::CLIENT_STATE_CONNECTED; }));
-        if (!topic.empty()) {
-            client.subscriptionUpdate({topic}, true, "", SUBSCRIPTION_TYPE_TOPIC);
-        }
-        return client;
+        return connectProbe(clientId, props, stats, topic);
     }
     static std::vector<LastMessageDetails> awaitDetails(const ClientProbe& client,
                                                         std::size_t count) {
@@ -52,8 +41,6 @@ class ClientTrafficTest : public DirectMessagingFixture {
         });
         return details;
     }
-
-    std::vector<std::unique_ptr<ClientProbe>> clients_m;
 };
 
 TEST_F(ClientTrafficTest, EachAttributeGroupArrivesIntact) {

@@ -10,20 +10,14 @@
 #include "common/CacheProperties.h"
 #include "common/PubSubException.h"
 #include "tests/unit/CliTestSupport.h"
+#include "tests/unit/ThrownText.h"
 #include "tests/unit/ZcoreTestSupport.h"
 #include "vexload/PerfClientCollection.h"
 
 namespace zorvane::pubsub {
 namespace {
 
-std::string messageOf(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const PubSubException& e) {
-        return e.what();
-    }
-    return "(nothing thrown)";
-}
+using test::messageOf;
 
 ClientProperties withClients(INT32 numClients, INT32 perContext, bool perClient) {
     ClientProperties props = defaultClientProps();

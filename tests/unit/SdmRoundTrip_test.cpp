@@ -51,22 +51,11 @@ struct RunRecords {
 
 class SdmRoundTripTest : public DirectMessagingFixture {
   protected:
-    void destroyClients() override { clients_m.clear(); }
-
     ClientProbe& connect(INT32 clientId, const StatsCustomizationProperties& stats,
                          const std::string& topic = "") {
         ClientProperties props = defaultClientProps();
         props.setClientMode("sink");
-        clients_m.push_back(std::make_unique<ClientProbe>(clientId, 1000000, props,
-                                                          context_mp.get(), stats, nullptr, 1));
-        ClientProbe& client = *clients_m.back();
-        client.connect();
-        EXPECT_TRUE(waitFor(
-            [&] { return client.getChannelState() == AbstractClient::CLIENT_STATE_CONNECTED; }));
-        if (!topic.empty()) {
-            client.subscriptionUpdate({topic}, true, "", SUBSCRIPTION_TYPE_TOPIC);
-        }
-        return client;
+        return connectProbe(clientId, props, stats, topic);
     }
 
     // Sends every message of the list rounds times, in order, as a publisher
@@ -95,8 +84,6 @@ class SdmRoundTripTest : public DirectMessagingFixture {
         DiskUtils::genMsgArray(pub, arrays, -1);
         return arrays.empty() ? std::vector<MsgProperties>() : arrays.front();
     }
-
-    std::vector<std::unique_ptr<ClientProbe>> clients_m;
 };
 
 TEST_F(SdmRoundTripTest, EachDescriptionFileArrivesIntactThroughTheBroker) {

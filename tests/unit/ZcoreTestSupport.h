@@ -10,10 +10,13 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "client/zcore/Context.h"
 #include "common/CliProperties.h"
 #include "common/ClientProperties.h"
+#include "common/StatsCustomizationProperties.h"
+#include "tests/unit/ClientProbe.h"
 #include "tests/unit/LogCapture.h"
 #include "zorClient.h"
 
@@ -76,7 +79,8 @@ class LibraryFixture : public ::testing::Test {
 };
 
 // A LibraryFixture for tests that send through the broker: skipped, with
-// the reason, where the library cannot carry direct messages.
+// the reason, where the library cannot carry direct messages. Clients made
+// with connectProbe live until the test ends, before the context goes.
 class DirectMessagingFixture : public LibraryFixture {
   protected:
     void SetUp() override {
@@ -86,6 +90,26 @@ class DirectMessagingFixture : public LibraryFixture {
             GTEST_SKIP() << missing;
         }
     }
+    void destroyClients() override { clients_m.clear(); }
+
+    // A client on the fixture's context, connected, and subscribed to topic
+    // unless it is empty.
+    ClientProbe& connectProbe(INT32 clientId, const ClientProperties& props,
+                              const StatsCustomizationProperties& stats,
+                              const std::string& topic = "") {
+        clients_m.push_back(std::make_unique<ClientProbe>(clientId, 1000000, props,
+                                                          context_mp.get(), stats, nullptr, 1));
+        ClientProbe& client = *clients_m.back();
+        client.connect();
+        EXPECT_TRUE(waitFor(
+            [&] { return client.getChannelState() == AbstractClient::CLIENT_STATE_CONNECTED; }));
+        if (!topic.empty()) {
+            client.subscriptionUpdate({topic}, true, "", SUBSCRIPTION_TYPE_TOPIC);
+        }
+        return client;
+    }
+
+    std::vector<std::unique_ptr<ClientProbe>> clients_m;
 };
 
 }  // namespace zorvane::pubsub
