@@ -168,6 +168,14 @@ void Context::runPass(std::chrono::nanoseconds maxWait) {
                 cpuRelax();
             }
         } while (TimerQueue::Clock::now() < spinEnd);
+    } else {
+        for (int i = 0; i < LOOKS_BEFORE_SLEEP; ++i) {
+            if (hasWork()) {
+                runDueWork();
+                return;
+            }
+            cpuRelax();
+        }
     }
     const auto deadline = std::min(TimerQueue::Clock::now() + maxWait, timers_m.nextDue());
     const std::uint32_t ticket = waker_m.prepareSleep();

@@ -44,6 +44,10 @@ class Context final : public RefCounted {
     static constexpr std::size_t BATCH = 1024;
     // Looks at the queue between two clock reads while busy-polling.
     static constexpr int SPIN_LOOKS_PER_CLOCK_READ = 64;
+    // Looks at the queue before the thread goes to sleep, also without busy-poll: a few
+    // microseconds at most. A receiver that keeps up with its sender finds the queue empty
+    // between most two messages; sleeping then would cost both sides a system call each time.
+    static constexpr int LOOKS_BEFORE_SLEEP = 128;
 
     // Makes a context and, with config.createThread, starts its thread. Fails (error info
     // naming function_p) when the thread cannot start or be pinned.

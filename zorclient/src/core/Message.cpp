@@ -65,9 +65,10 @@ void Message::clear() noexcept {
     if (firstContainer_mp != nullptr) {
         Container::closeAll(*this);
     }
-    for (Part& part : parts_m) {
-        part.clear();
+    for (std::uint32_t rest = touched_m; rest != 0; rest &= rest - 1) {
+        parts_m[__builtin_ctz(rest)].clear();
     }
+    touched_m = 0;
     header_m = freshHeader_s;
     if (delivery_m.delivered) {
         delivery_m = freshDelivery_s;
@@ -95,15 +96,16 @@ void Message::copyFrom(const Message& other) {
     } else {
         setConsumerIds(other.consumerIds_m, other.consumerIdCount_m);
     }
-    for (int i = 0; i < NUM_PARTS; ++i) {
-        const Part& from = other.parts_m[i];
+    for (std::uint32_t rest = other.touched_m; rest != 0; rest &= rest - 1) {
+        const auto id = static_cast<PartId>(__builtin_ctz(rest));
+        const Part& from = other.part(id);
         if (from.storage() == PartStorage::SHARED) {
             // Immutable and kept alive by the broker copy both messages now hold.
-            parts_m[i].setView(from.data(), from.size(), PartStorage::SHARED);
+            part(id).setView(from.data(), from.size(), PartStorage::SHARED);
         } else if (from.present()) {
             // Own bytes and the caller's pointers are both copied: the duplicate must not
             // change when the original or the caller's buffer does.
-            parts_m[i].setCopy(from.data(), from.size(), isTextPart(static_cast<PartId>(i)));
+            part(id).setCopy(from.data(), from.size(), isTextPart(id));
         }
     }
 }

@@ -100,8 +100,16 @@ class Message {
     zorClient_opaqueMsg_pt handle() const noexcept { return handle_m; }
     void setHandle(zorClient_opaqueMsg_pt handle) noexcept { handle_m = handle; }
 
-    Part& part(PartId id) noexcept { return parts_m[static_cast<int>(id)]; }
+    // The mutable accessor marks the part as touched (see touchedParts()).
+    Part& part(PartId id) noexcept {
+        touched_m |= static_cast<std::uint16_t>(1u << static_cast<int>(id));
+        return parts_m[static_cast<int>(id)];
+    }
     const Part& part(PartId id) const noexcept { return parts_m[static_cast<int>(id)]; }
+    // Bit i: part i was handed out for writing since the last clear(). Every part that is present
+    // or keeps a block is among them, so a reset and a send look at these parts only; a
+    // message carries two or three of its twelve parts, each on a cache line of its own.
+    std::uint32_t touchedParts() const noexcept { return touched_m; }
     CarriedHeader& header() noexcept { return header_m; }
     const CarriedHeader& header() const noexcept { return header_m; }
     DeliveryState& delivery() noexcept { return delivery_m; }
@@ -148,6 +156,8 @@ class Message {
     DataBlock* consumerIdBlock_mp = nullptr;
     WireMessage* wire_mp = nullptr;
     Container* firstContainer_mp = nullptr;
+    std::uint16_t touched_m = 0;
+    static_assert(NUM_PARTS <= 16, "touched parts are a 16-bit mask");
     Part parts_m[NUM_PARTS];
 };
 

@@ -9,10 +9,7 @@ namespace {
 
 constexpr int FREE_BLOCK_POOLS = ZORCLIENT_MSG_NUM_DBQUANTA;
 constexpr int ALLOC_BLOCK_POOLS = ZORCLIENT_MSG_NUM_DATA_BLOCK_POOLS;
-// Slots: one per statistic up to ALLOC_CONTAINERS, then the per-pool block counters.
-constexpr int FIRST_FREE_BLOCK_SLOT = ZORCLIENT_MSG_STATS_FREE_DATA_BLOCKS;
-constexpr int FIRST_ALLOC_BLOCK_SLOT = FIRST_FREE_BLOCK_SLOT + FREE_BLOCK_POOLS;
-constexpr int NUM_SLOTS = FIRST_ALLOC_BLOCK_SLOT + ALLOC_BLOCK_POOLS;
+constexpr int NUM_SLOTS = PoolStats::NUM_SLOTS;
 
 // Every thread that counts has a block of its own: it alone writes it (a plain load and store,
 // no locked instruction, no shared cache line), and a reader sums all blocks. A message taken on
@@ -35,9 +32,15 @@ Registry& registry() {
     return *registry_s;
 }
 
-// Plain thread-locals (initial-exec: no call to find them in a shared library).
-[[gnu::tls_model("initial-exec")]] thread_local ThreadCounters* counters_s = nullptr;
+// Counts after this thread's end go to the registry directly.
 [[gnu::tls_model("initial-exec")]] thread_local bool threadEnded_s = false;
+[[gnu::tls_model("initial-exec")]] thread_local ThreadCounters* counters_s = nullptr;
+
+}  // namespace
+
+constinit thread_local std::atomic<std::int64_t>* PoolStats::threadSlots_s = nullptr;
+
+namespace {
 
 // Folds a thread's block into the registry when the thread ends.
 struct ThreadEnd {
@@ -56,9 +59,10 @@ struct ThreadEnd {
             }
             *link_pp = mine_p->next_mp;
         }
+        PoolStats::threadSlots_s = nullptr;
         delete mine_p;
         counters_s = nullptr;
-        threadEnded_s = true;  // counts after this go to the registry directly
+        threadEnded_s = true;
     }
 };
 
@@ -71,17 +75,8 @@ ThreadCounters* registerThread() {
     mine_p->next_mp = reg.threads_mp;
     reg.threads_mp = mine_p;
     counters_s = mine_p;
+    PoolStats::threadSlots_s = mine_p->values;
     return mine_p;
-}
-
-int slotOf(zorClient_msg_stats_t stat, zorClient_uint32_t poolIndex) noexcept {
-    if (stat == ZORCLIENT_MSG_STATS_FREE_DATA_BLOCKS) {
-        return FIRST_FREE_BLOCK_SLOT + static_cast<int>(poolIndex);
-    }
-    if (stat == ZORCLIENT_MSG_STATS_ALLOC_DATA_BLOCKS) {
-        return FIRST_ALLOC_BLOCK_SLOT + static_cast<int>(poolIndex);
-    }
-    return static_cast<int>(stat);
 }
 
 }  // namespace
@@ -98,24 +93,20 @@ bool PoolStats::isValid(zorClient_msg_stats_t stat, zorClient_uint32_t poolIndex
     }
 }
 
-void PoolStats::add(zorClient_msg_stats_t stat, zorClient_uint32_t poolIndex,
-                    std::int64_t delta) noexcept {
-    const int slot = slotOf(stat, poolIndex);
-    ThreadCounters* mine_p = counters_s;
-    if (mine_p == nullptr) {
-        if (threadEnded_s) {
-            registry().ended_m[slot].fetch_add(delta, std::memory_order_relaxed);
-            return;
-        }
-        try {
-            mine_p = registerThread();
-        } catch (...) {  // no memory for a block: count in the shared one
-            registry().ended_m[slot].fetch_add(delta, std::memory_order_relaxed);
-            return;
-        }
+void PoolStats::addFirst(int slot, std::int64_t delta) noexcept {
+    if (threadEnded_s) {
+        registry().ended_m[slot].fetch_add(delta, std::memory_order_relaxed);
+        return;
     }
-    std::atomic<std::int64_t>& value = mine_p->values[slot];
-    value.store(value.load(std::memory_order_relaxed) + delta, std::memory_order_relaxed);
+    ThreadCounters* mine_p = nullptr;
+    try {
+        mine_p = registerThread();
+    } catch (...) {  // no memory for a block: count in the shared one
+        registry().ended_m[slot].fetch_add(delta, std::memory_order_relaxed);
+        return;
+    }
+    mine_p->values[slot].store(mine_p->values[slot].load(std::memory_order_relaxed) + delta,
+                               std::memory_order_relaxed);
 }
 
 zorClient_uint64_t PoolStats::read(zorClient_msg_stats_t stat,

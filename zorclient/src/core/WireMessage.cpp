@@ -43,34 +43,49 @@ WireMessage* WireMessage::snapshot(const Message& msg) {
 }
 
 WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& overrides) {
-    // The bytes of each part as the copy carries them: the message's own, or an override.
+    constexpr int DESTINATION = static_cast<int>(PartId::DESTINATION);
+    constexpr int REPLY_TO = static_cast<int>(PartId::REPLY_TO);
+    // The bytes of each present part as the copy carries them: the message's own, or an
+    // override. Only parts the message touched can be present, typically two or three.
     struct Source {
         const void* data_p;
         std::uint32_t size;
+        int index;
     };
     Source sources[NUM_PARTS];
-    for (int i = 0; i < NUM_PARTS; ++i) {
-        const Part& part = msg.part(static_cast<PartId>(i));
-        sources[i] = {part.data(), part.size()};  // data() is null when absent
-    }
+    int count = 0;
+    std::uint32_t present = 0;
+    std::size_t total = 0;  // texts with their NUL
+    std::size_t content = 0;
+    std::uint32_t candidates = msg.touchedParts();
     if (overrides.destination_p != nullptr) {
-        sources[static_cast<int>(PartId::DESTINATION)] = {
-            overrides.destination_p,
-            static_cast<std::uint32_t>(std::strlen(overrides.destination_p))};
+        candidates |= 1u << DESTINATION;
     }
     if (overrides.replyTo_p != nullptr) {
-        sources[static_cast<int>(PartId::REPLY_TO)] = {
-            overrides.replyTo_p, static_cast<std::uint32_t>(std::strlen(overrides.replyTo_p))};
+        candidates |= 1u << REPLY_TO;
+    }
+    for (std::uint32_t rest = candidates; rest != 0; rest &= rest - 1) {
+        const int i = __builtin_ctz(rest);
+        Source& source = sources[count];
+        if (i == DESTINATION && overrides.destination_p != nullptr) {
+            source = {overrides.destination_p,
+                      static_cast<std::uint32_t>(std::strlen(overrides.destination_p)), i};
+        } else if (i == REPLY_TO && overrides.replyTo_p != nullptr) {
+            source = {overrides.replyTo_p,
+                      static_cast<std::uint32_t>(std::strlen(overrides.replyTo_p)), i};
+        } else {
+            const Part& part = msg.part(static_cast<PartId>(i));
+            if (!part.present()) {
+                continue;
+            }
+            source = {part.data(), part.size(), i};
+        }
+        ++count;
+        present |= 1u << i;
+        total += source.size + (isTextPart(static_cast<PartId>(i)) ? 1 : 0);
+        content += source.size;
     }
     // One block for all parts, texts with their NUL, so a receiver reads C strings in place.
-    std::size_t total = 0;
-    std::size_t content = 0;
-    for (int i = 0; i < NUM_PARTS; ++i) {
-        if (sources[i].data_p != nullptr) {
-            total += sources[i].size + (isTextPart(static_cast<PartId>(i)) ? 1 : 0);
-            content += sources[i].size;
-        }
-    }
     WireMessage* wire_p = WirePool::acquire();
     DataBlock* block_p = nullptr;
     if (total > INLINE_BYTES) {
@@ -84,20 +99,15 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
     wire_p->block_mp = block_p;
     std::uint8_t* const start_p = block_p != nullptr ? block_p->bytes() : wire_p->inline_m;
     std::uint8_t* out_p = start_p;
-    std::uint32_t present = 0;
-    for (int i = 0; i < NUM_PARTS; ++i) {
-        const Source& part = sources[i];
-        if (part.data_p == nullptr) {
-            continue;
-        }
-        present |= 1u << i;
+    for (int k = 0; k < count; ++k) {
+        const Source& part = sources[k];
         if (part.size > 0) {
             std::memcpy(out_p, part.data_p, part.size);
         }
-        wire_p->parts_m[i].offset = static_cast<std::uint32_t>(out_p - start_p);
-        wire_p->parts_m[i].size = part.size;
+        wire_p->parts_m[part.index].offset = static_cast<std::uint32_t>(out_p - start_p);
+        wire_p->parts_m[part.index].size = part.size;
         out_p += part.size;
-        if (isTextPart(static_cast<PartId>(i))) {
+        if (isTextPart(static_cast<PartId>(part.index))) {
             *out_p++ = 0;
         }
     }
