@@ -84,4 +84,21 @@ TEST_F(DirectTest, MalformedTopicsAreRefusedWithTheirReason) {
               zorClient_session_topicSubscribeExt(peer.session, 0, std::string(255, 'a').c_str()));
 }
 
+// A send looks for "//" eight bytes at a time: a pair must be found wherever it falls against
+// those words, and nothing else may look like one (bytes one bit away from "/", non-ASCII).
+TEST_F(DirectTest, AnEmptyLevelIsFoundAtAnyPlaceInAPublishedTopic) {
+    Peer peer(context());
+    for (std::size_t size = 3; size <= 19; ++size) {
+        for (std::size_t at = 1; at + 2 < size; ++at) {
+            std::string topic(size, 'a');
+            topic[at] = '/';
+            topic[at + 1] = '/';
+            EXPECT_EQ(ZORCLIENT_FAIL, send(peer.session, topic.c_str())) << topic;
+            topic[at + 1] = '.';     // '/' ^ 1
+            topic[at - 1] = '\xaf';  // '/' | 0x80
+            EXPECT_EQ(ZORCLIENT_OK, send(peer.session, topic.c_str())) << topic;
+        }
+    }
+}
+
 }  // namespace

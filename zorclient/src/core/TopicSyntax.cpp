@@ -1,5 +1,9 @@
 #include "core/TopicSyntax.h"
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
 #include "api/LastError.h"
 
 namespace zorvane::zorclient {
@@ -17,6 +21,41 @@ zorClient_returnCode_t failSyntax(std::string_view topic, const char* function_p
                            topic.data(), topic.size() > SHOWN ? "..." : "", reason_p);
 }
 
+// Whether text has two "/" in a row. This runs for every message sent, so it looks at eight
+// bytes at a time: a byte of a word is 0x80 in slashes(word) exactly when it is a "/", and a
+// pair shows as two such bytes side by side (within the word, or the last byte of one word and
+// the first of the next).
+bool hasDoubleSlash(std::string_view text) noexcept {
+    static_assert(std::endian::native == std::endian::little,
+                  "byte i of the text is byte i of a word");
+    constexpr std::uint64_t LOW7 = 0x7F7F7F7F7F7F7F7Full;
+    constexpr std::uint64_t SLASHES = 0x2F2F2F2F2F2F2F2Full;
+    auto slashes = [](std::uint64_t word) {
+        const std::uint64_t zeroIfSlash = word ^ SLASHES;
+        // Exact per byte (no borrow between bytes): 0x80 where the byte is 0, else 0.
+        return ~(((zeroIfSlash & LOW7) + LOW7) | zeroIfSlash | LOW7);
+    };
+    const char* at_p = text.data();
+    std::size_t left = text.size();
+    bool previousEndsWithSlash = false;
+    while (left > 0) {
+        std::uint64_t word = 0;
+        const std::size_t take = left < 8 ? left : 8;
+        std::memcpy(&word, at_p, take);  // little-endian: byte i of the text is byte i of word
+        std::uint64_t found = slashes(word);
+        if (take < 8) {
+            found &= (std::uint64_t{1} << (8 * take)) - 1;  // the zero bytes behind the text
+        }
+        if ((found & (found >> 8)) != 0 || (previousEndsWithSlash && (found & 0x80) != 0)) {
+            return true;
+        }
+        previousEndsWithSlash = (found >> 56) != 0;
+        at_p += take;
+        left -= take;
+    }
+    return false;
+}
+
 // The checks both kinds share: size and empty levels.
 zorClient_returnCode_t checkShape(std::string_view topic, const char* function_p,
                                   const char* what_p) {
@@ -29,11 +68,7 @@ zorClient_returnCode_t checkShape(std::string_view topic, const char* function_p
                                function_p, what_p, SHOWN, topic.data(), topic.size(),
                                TopicSyntax::MAX_SIZE);
     }
-    // One pass: this runs for every message sent.
-    bool emptyLevel = topic.front() == '/' || topic.back() == '/';
-    for (std::size_t i = 1; i < topic.size() && !emptyLevel; ++i) {
-        emptyLevel = topic[i] == '/' && topic[i - 1] == '/';
-    }
+    const bool emptyLevel = topic.front() == '/' || topic.back() == '/' || hasDoubleSlash(topic);
     if (emptyLevel) {
         return failSyntax(topic, function_p, what_p,
                           "has an empty level (a leading, trailing or doubled \"/\")");
