@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
+#include <vector>
 
 #include "DirectTestSupport.h"
 
@@ -60,36 +61,46 @@ zorClient_rxMsgCallback_returnCode_t count(zorClient_opaqueSession_pt, zorClient
     return ZORCLIENT_CALLBACK_OK;
 }
 
-TEST_F(DirectTest, TheWarmDirectPathAllocatesNothing) {
+zorClient_opaqueSession_pt connectCounting(zorClient_opaqueContext_pt context, EventLog& log,
+                                           const char* noLocal) {
     zorClient_session_createFuncInfo_t funcInfo{};
     funcInfo.rxMsgInfo.callback_p = &count;
-    EventLog log;
     funcInfo.eventInfo.callback_p = &EventLog::callback;
     funcInfo.eventInfo.user_p = &log;
     zorClient_opaqueSession_pt session = nullptr;
-    const char* props[] = {nullptr};
-    ASSERT_EQ(ZORCLIENT_OK,
-              zorClient_session_create(props, context(), &session, &funcInfo, sizeof funcInfo));
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_topicSubscribeExt(session, 0, "warm/>"));
-    OutMsg msg("warm/topic", std::string(100, 'a'));
-    std::uint64_t sent = 0;
-    // At most window messages in flight; each round starts with the receiver held until a whole
-    // window is in flight, so that every round reaches the peak the pools must serve.
-    auto run = [&](int messages, std::uint64_t window) {
+    const char* props[] = {ZORCLIENT_SESSION_PROP_NO_LOCAL, noLocal, nullptr};
+    EXPECT_EQ(ZORCLIENT_OK,
+              zorClient_session_create(props, context, &session, &funcInfo, sizeof funcInfo));
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_topicSubscribeExt(session, 0, "warm/>"));
+    return session;
+}
+
+// Sends rounds of messages, each a cycle through msgs, and holds each round to zero
+// allocations after a warm-up. A round keeps at most window deliveries in flight and starts
+// with the receivers held until a whole window is in flight, so that every round reaches the
+// peak the pools must serve. deliveriesPerCycle: what one cycle through msgs delivers.
+void expectWarmRoundsAllocateNothing(zorClient_opaqueSession_pt sender,
+                                     const std::vector<zorClient_opaqueMsg_pt>& msgs,
+                                     std::uint64_t deliveriesPerCycle) {
+    received_s.store(0);
+    std::uint64_t expected = 0;
+    auto run = [&](int cycles, std::uint64_t window) {
         gate_s.store(true, std::memory_order_release);
-        for (int i = 0; i < messages; ++i) {
-            ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(session, msg));
-            ++sent;
-            if (sent - received_s.load(std::memory_order_relaxed) >= window) {
+        for (int i = 0; i < cycles; ++i) {
+            for (zorClient_opaqueMsg_pt msg : msgs) {
+                ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(sender, msg));
+            }
+            expected += deliveriesPerCycle;
+            if (expected - received_s.load(std::memory_order_relaxed) >= window) {
                 gate_s.store(false, std::memory_order_release);
             }
-            while (sent - received_s.load(std::memory_order_relaxed) > window) {
+            while (expected - received_s.load(std::memory_order_relaxed) > window) {
                 std::this_thread::yield();
             }
         }
         gate_s.store(false, std::memory_order_release);
-        while (received_s.load(std::memory_order_relaxed) < sent) {
+        while (received_s.load(std::memory_order_relaxed) < expected) {
             std::this_thread::yield();
         }
     };
@@ -101,7 +112,33 @@ TEST_F(DirectTest, TheWarmDirectPathAllocatesNothing) {
         run(20000, 200);
         EXPECT_EQ(0, allocations_s.load() - warm) << "round " << round;
     }
+    EXPECT_EQ(expected, received_s.load());
+}
+
+TEST_F(DirectTest, TheWarmDirectPathAllocatesNothing) {
+    EventLog log;
+    zorClient_opaqueSession_pt session = connectCounting(context(), log, "0");
+    OutMsg msg("warm/topic", std::string(100, 'a'));
+    expectWarmRoundsAllocateNothing(session, {msg}, 1);
     zorClient_session_destroy(&session);
+}
+
+// Every way a message's broker copy is shared or dropped gives it back to its pool: a copy
+// that lingered would make the pools grow, round after round.
+TEST_F(DirectTest, FanOutDeliverToOneAndUnmatchedSendsGiveEveryCopyBack) {
+    EventLog log;
+    zorClient_opaqueSession_pt sender = connectCounting(context(), log, "1");  // not to itself
+    zorClient_opaqueSession_pt first = connectCounting(context(), log, "0");
+    zorClient_opaqueSession_pt second = connectCounting(context(), log, "0");
+    OutMsg fanOut("warm/all", std::string(100, 'a'));
+    OutMsg toOne("warm/one", std::string(100, 'b'));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_setDeliverToOne(toOne, 1));
+    OutMsg unmatched("cold/none", std::string(100, 'c'));
+    OutMsg large("warm/large", std::string(2000, 'd'));  // parts in a data block
+    expectWarmRoundsAllocateNothing(sender, {fanOut, toOne, unmatched, large}, 2 + 1 + 0 + 2);
+    zorClient_session_destroy(&second);
+    zorClient_session_destroy(&first);
+    zorClient_session_destroy(&sender);
 }
 
 }  // namespace

@@ -3,10 +3,8 @@
 #include <cstring>
 #include <new>
 
-#include "api/LastError.h"
 #include "api/Logger.h"
 #include "core/ChunkPool.h"
-#include "core/MessagePool.h"
 
 namespace zorvane::zorclient {
 
@@ -14,8 +12,8 @@ using EnvelopePool = ChunkPool<DeliveryEnvelope>;
 
 static_assert(sizeof(DeliveryEnvelope) == 64, "an envelope is one cache line");
 
-const PayloadOps DeliveryEnvelope::OPS = {
-    &DeliveryEnvelope::makeRxMessage, &DeliveryEnvelope::freeRxMessage, &DeliveryEnvelope::release};
+const PayloadOps DeliveryEnvelope::OPS = {&DeliveryEnvelope::makeRxMessage,
+                                          &DeliveryEnvelope::release};
 
 MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                       std::int64_t size) {
@@ -39,7 +37,6 @@ MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& deliver
     envelope_p->idCount_m = delivery.consumerIdCount;
     envelope_p->topicSequenceNumber_m = delivery.topicSequenceNumber;
     envelope_p->discardIndication_m = delivery.discardIndication;
-    wire_p->retain();
     envelope_p->wire_mp = wire_p;
     envelope_p->egress_mp = egress_p;
     envelope_p->size_m = static_cast<std::uint32_t>(size);
@@ -51,7 +48,7 @@ MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& deliver
     return MessagePayload{envelope_p, &OPS};
 }
 
-zorClient_opaqueMsg_pt DeliveryEnvelope::makeRxMessage(void* object_p) noexcept {
+Message* DeliveryEnvelope::makeRxMessage(void* object_p, bool lastUse) noexcept {
     auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
     DeliveryInfo info;
     info.topicSequenceNumber = envelope_p->topicSequenceNumber_m;
@@ -61,33 +58,30 @@ zorClient_opaqueMsg_pt DeliveryEnvelope::makeRxMessage(void* object_p) noexcept 
         envelope_p->idBlock_mp != nullptr
             ? reinterpret_cast<const zorClient_uint32_t*>(envelope_p->idBlock_mp->bytes())
             : envelope_p->ids_m;
-    zorClient_opaqueMsg_pt msg = nullptr;
-    if (envelope_p->wire_mp->materialize(info, &msg) != ZORCLIENT_OK) {
-        ZC_LOG(ZORCLIENT_LOG_ERROR, "a received message could not be made and is dropped: %s",
-               LastError::get().errorStr);
+    try {
+        Message* msg_p = envelope_p->wire_mp->materializeMessage(info, lastUse);
+        if (lastUse) {
+            envelope_p->wire_mp = nullptr;  // the message holds the reference now
+        }
+        return msg_p;
+    } catch (const std::bad_alloc&) {
+        ZC_LOG(ZORCLIENT_LOG_ERROR, "%s", "no memory for a received message; it is dropped");
         return nullptr;
-    }
-    return msg;
-}
-
-void DeliveryEnvelope::freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept {
-    Message* msg_p = MessagePool::lookup(msg);
-    if (msg_p != nullptr) {
-        MessagePool::free(msg_p);
     }
 }
 
 void DeliveryEnvelope::release(void* object_p) noexcept {
     auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
-    // Read only: the sender's next make() writes every field, and a write here would take the
-    // line from the sender's cache once more.
+    // The sender's next make() writes every field, so nothing here needs resetting.
     if (envelope_p->egress_mp != nullptr) {
         envelope_p->egress_mp->released.fetch_add(envelope_p->size_m, std::memory_order_relaxed);
     }
     if (envelope_p->idBlock_mp != nullptr) {
         DataBlockPools::release(envelope_p->idBlock_mp);
     }
-    envelope_p->wire_mp->release();
+    if (envelope_p->wire_mp != nullptr) {
+        envelope_p->wire_mp->release();
+    }
     EnvelopePool::release(envelope_p);
 }
 

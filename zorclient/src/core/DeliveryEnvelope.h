@@ -63,9 +63,10 @@ class alignas(64) DeliveryEnvelope {
     // Consumer ids kept in the envelope itself; more go to a data block.
     static constexpr std::uint32_t INLINE_CONSUMER_IDS = 4;
 
-    // A payload for one delivery of wire: takes a reference on wire of its own. egress_p may be
-    // null (no accounting), else size is added to it here and taken off at release; calls with
-    // the same egress_p must not overlap. Throws std::bad_alloc (nothing is then taken).
+    // A payload for one delivery of wire: takes over one reference on wire that the caller
+    // holds. egress_p may be null (no accounting), else size is added to it here and taken off
+    // at release; calls with the same egress_p must not overlap. Throws std::bad_alloc (nothing
+    // is then taken; the reference stays the caller's).
     static MessagePayload make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                std::int64_t size);
 
@@ -73,11 +74,10 @@ class alignas(64) DeliveryEnvelope {
     static const PayloadOps OPS;
 
   private:
-    static zorClient_opaqueMsg_pt makeRxMessage(void* object_p) noexcept;
-    static void freeRxMessage(zorClient_opaqueMsg_pt msg) noexcept;
+    static Message* makeRxMessage(void* object_p, bool lastUse) noexcept;
     static void release(void* object_p) noexcept;
 
-    WireMessage* wire_mp = nullptr;
+    WireMessage* wire_mp = nullptr;  // null once a message took over the reference
     Egress* egress_mp = nullptr;
     zorClient_int64_t topicSequenceNumber_m = 0;
     std::uint32_t size_m = 0;

@@ -43,15 +43,17 @@ enum class EventKind : std::uint8_t {
     Retire
 };
 
+class Message;
+
 // How core treats a payload it cannot look into. The functions are given by the message layer;
 // all are noexcept and may run on any thread.
 struct PayloadOps {
     // Makes the message the receive callback gets (counted in the message pool statistics);
-    // null when that is not possible (the delivery is then dropped). Does not consume the
-    // payload.
-    zorClient_opaqueMsg_pt (*makeRxMessage_p)(void* object_p) noexcept;
-    // Frees a message from makeRxMessage_p that the callback did not take.
-    void (*freeRxMessage_p)(zorClient_opaqueMsg_pt msg) noexcept;
+    // null when that is not possible (the delivery is then dropped). With lastUse the caller
+    // makes no further message from this payload and releases it right after: the message may
+    // then take over what the payload holds on the broker message instead of sharing it. The
+    // payload must be released either way.
+    Message* (*makeRxMessage_p)(void* object_p, bool lastUse) noexcept;
     // Gives up the payload reference.
     void (*release_p)(void* object_p) noexcept;
 };

@@ -45,8 +45,8 @@ zorClient_uint32_t Message::consumerId(std::uint32_t index) const noexcept {
     return consumerIds_m[index];
 }
 
-void Message::attachWire(WireMessage* wire_p) noexcept {
-    if (wire_p != nullptr) {
+void Message::attachWire(WireMessage* wire_p, bool adopt) noexcept {
+    if (wire_p != nullptr && !adopt) {
         wire_p->retain();
     }
     if (wire_mp != nullptr) {

@@ -129,7 +129,12 @@ class Message {
 
     // The broker copy this message's SHARED parts point into; the message holds a reference.
     WireMessage* wire() const noexcept { return wire_mp; }
-    void attachWire(WireMessage* wire_p) noexcept;
+    // Refers to wire_p (null: to none) instead of the current copy, whose reference is given
+    // back. The message takes a reference of its own, or with adopt takes over one the caller
+    // holds.
+    void attachWire(WireMessage* wire_p, bool adopt = false) noexcept;
+    // Lets go of the copy without giving back its reference, which goes to the caller.
+    void detachWire() noexcept { wire_mp = nullptr; }
 
     // Replaces the attachment: closes its containers and sets its kind.
     void clearAttachment() noexcept;

@@ -180,7 +180,7 @@ class Session final : public EventTarget, private BackendListener {
 
     // Receive path (SessionEvents.cpp).
     void dispatchDelivery(MessagePayload& payload) noexcept;
-    void countReceived(zorClient_opaqueMsg_pt msg) noexcept;
+    void countReceived(const Message& msg) noexcept;
 
     const Ref<Context> context_m;
     zorClient_opaqueSession_pt handle_m = nullptr;

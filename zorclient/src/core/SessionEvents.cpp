@@ -109,13 +109,9 @@ void Session::dispatchEvent(Event& event) noexcept {
     }
 }
 
-void Session::countReceived(zorClient_opaqueMsg_pt msg) noexcept {
-    const Message* msg_p = MessagePool::lookup(msg);
-    if (msg_p == nullptr) {
-        return;
-    }
-    const std::uint64_t bytes = msg_p->wire() != nullptr ? msg_p->wire()->contentSize() : 0;
-    switch (msg_p->header().deliveryMode) {
+void Session::countReceived(const Message& msg) noexcept {
+    const std::uint64_t bytes = msg.wire() != nullptr ? msg.wire()->contentSize() : 0;
+    switch (msg.header().deliveryMode) {
         case ZORCLIENT_DELIVERY_MODE_DIRECT:
             stats_m.addRx(ZORCLIENT_STATS_RX_DIRECT_MSGS);
             stats_m.addRx(ZORCLIENT_STATS_RX_DIRECT_BYTES, bytes);
@@ -129,24 +125,28 @@ void Session::countReceived(zorClient_opaqueMsg_pt msg) noexcept {
             stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES, bytes);
             break;
     }
-    if (msg_p->delivery().discardIndication) {
+    if (msg.delivery().discardIndication) {
         stats_m.addRx(ZORCLIENT_STATS_RX_DISCARD_IND);
     }
 }
 
 void Session::dispatchDelivery(MessagePayload& payload) noexcept {
     const PayloadOps* ops_p = payload.ops_p;
-    zorClient_opaqueMsg_pt msg = ops_p != nullptr && ops_p->makeRxMessage_p != nullptr
-                                     ? ops_p->makeRxMessage_p(payload.object_p)
-                                     : nullptr;
-    if (msg == nullptr) {
+    if (ops_p == nullptr || ops_p->makeRxMessage_p == nullptr) {
         payload.release();
         return;
     }
-    countReceived(msg);
+    // Without dispatch entries the session's callback is the only one: its message may take
+    // over the payload's hold on the broker copy.
+    const bool single = dispatchEntries_m.load(std::memory_order_acquire) == 0;
+    Message* msg_p = ops_p->makeRxMessage_p(payload.object_p, single);
+    if (msg_p == nullptr) {
+        payload.release();
+        return;
+    }
+    countReceived(*msg_p);
     dispatchScratch_m.clear();
-    if (dispatchEntries_m.load(std::memory_order_acquire) != 0) {
-        const Message* msg_p = MessagePool::lookup(msg);
+    if (!single) {
         const Part& destination = msg_p->part(PartId::DESTINATION);
         if (destination.present()) {
             std::lock_guard<std::mutex> lock(subscriptionsMutex_m);
@@ -160,8 +160,9 @@ void Session::dispatchDelivery(MessagePayload& payload) noexcept {
     }
     if (dispatchScratch_m.empty()) {
         if (callbacks_m.rx_p == nullptr ||
-            callbacks_m.rx_p(handle_m, msg, callbacks_m.rxUser_p) != ZORCLIENT_CALLBACK_TAKE_MSG) {
-            ops_p->freeRxMessage_p(msg);
+            callbacks_m.rx_p(handle_m, msg_p->handle(), callbacks_m.rxUser_p) !=
+                ZORCLIENT_CALLBACK_TAKE_MSG) {
+            MessagePool::free(msg_p);
         }
         payload.release();
         return;
@@ -169,10 +170,10 @@ void Session::dispatchDelivery(MessagePayload& payload) noexcept {
     // Each matching dispatch record gets a message of its own, so that each may keep it.
     for (std::size_t i = 0; i < dispatchScratch_m.size(); ++i) {
         const SessionSubscriptions::DispatchTarget target = dispatchScratch_m[i];
-        zorClient_opaqueMsg_pt own = i == 0 ? msg : ops_p->makeRxMessage_p(payload.object_p);
-        if (own != nullptr &&
-            target.callback_p(handle_m, own, target.user_p) != ZORCLIENT_CALLBACK_TAKE_MSG) {
-            ops_p->freeRxMessage_p(own);
+        Message* own_p = i == 0 ? msg_p : ops_p->makeRxMessage_p(payload.object_p, false);
+        if (own_p != nullptr && target.callback_p(handle_m, own_p->handle(), target.user_p) !=
+                                    ZORCLIENT_CALLBACK_TAKE_MSG) {
+            MessagePool::free(own_p);
         }
     }
     payload.release();

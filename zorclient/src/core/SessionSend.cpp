@@ -221,15 +221,15 @@ zorClient_returnCode_t Session::sendRequest(zorClient_opaqueMsg_pt msg,
         return LastError::failWithResult(ZORCLIENT_INCOMPLETE, ZORCLIENT_SUBCODE_TIMEOUT,
                                          "%s: no reply within %u ms", function_p, timeoutMs);
     }
-    zorClient_opaqueMsg_pt reply = payload.ops_p->makeRxMessage_p(payload.object_p);
+    Message* replyMsg_p = payload.ops_p->makeRxMessage_p(payload.object_p, true);
     payload.release();
-    if (reply == nullptr) {
+    if (replyMsg_p == nullptr) {
         return LastError::fail(ZORCLIENT_SUBCODE_OUT_OF_MEMORY,
                                "%s: the reply came but no message could be made for it",
                                function_p);
     }
     stats_m.addRx(ZORCLIENT_STATS_RX_REPLY_MSG);
-    *reply_p = reply;
+    *reply_p = replyMsg_p->handle();
     return ZORCLIENT_OK;
 }
 

@@ -178,51 +178,58 @@ zorClient_returnCode_t WireMessage::materialize(const DeliveryInfo& delivery,
         return LastError::failNullArgument(FUNCTION, "consumerIds_p");
     }
     return guarded(FUNCTION, [&]() -> zorClient_returnCode_t {
-        Message* msg = MessagePool::allocate();
-        try {
-            msg->attachWire(this);
-            const std::uint8_t* const start_p = bytes();
-            for (std::uint32_t rest = present_m; rest != 0; rest &= rest - 1) {
-                const int i = __builtin_ctz(rest);
-                msg->part(static_cast<PartId>(i))
-                    .setView(start_p + parts_m[i].offset, parts_m[i].size, PartStorage::SHARED);
-            }
-            CarriedHeader& header = msg->header();
-            header = header_m;
-            header.destinationType = family(header.destinationType);
-            header.replyToType = family(header.replyToType);
-            if (delivery.destination_p != nullptr) {
-                msg->part(PartId::DESTINATION)
-                    .setCopy(delivery.destination_p,
-                             static_cast<std::uint32_t>(std::strlen(delivery.destination_p)), true);
-                header.destinationType = family(delivery.destinationType);
-            }
-            if (delivery.deliveryMode != DeliveryInfo::KEEP_DELIVERY_MODE) {
-                header.deliveryMode = static_cast<zorClient_uint32_t>(delivery.deliveryMode);
-            }
-            DeliveryState& state = msg->delivery();
-            state.delivered = true;
-            state.hasMsgId = delivery.hasMsgId;
-            state.msgId = delivery.msgId;
-            state.redelivered = delivery.redelivered;
-            state.deliveryCount = delivery.deliveryCount;
-            state.discardIndication = delivery.discardIndication;
-            state.topicSequenceNumber = delivery.topicSequenceNumber != 0
-                                            ? delivery.topicSequenceNumber
-                                            : header_m.senderTopicSequenceNumber;
-            state.cacheStatus = delivery.cacheStatus;
-            state.cacheRequestId = delivery.cacheRequestId;
-            state.hasReplicationGroupMessageId = delivery.hasReplicationGroupMessageId;
-            state.replicationGroupMessageId = delivery.replicationGroupMessageId;
-            state.expirationMs = expirationMs_m;
-            msg->setConsumerIds(delivery.consumerIds_p, delivery.consumerIdCount);
-        } catch (...) {
-            MessagePool::free(msg);
-            throw;
-        }
-        *msg_p = msg->handle();
+        *msg_p = materializeMessage(delivery, false)->handle();
         return ZORCLIENT_OK;
     });
+}
+
+Message* WireMessage::materializeMessage(const DeliveryInfo& delivery, bool adoptReference) {
+    Message* msg = MessagePool::allocate();
+    try {
+        msg->attachWire(this, adoptReference);
+        const std::uint8_t* const start_p = bytes();
+        for (std::uint32_t rest = present_m; rest != 0; rest &= rest - 1) {
+            const int i = __builtin_ctz(rest);
+            msg->part(static_cast<PartId>(i))
+                .setView(start_p + parts_m[i].offset, parts_m[i].size, PartStorage::SHARED);
+        }
+        CarriedHeader& header = msg->header();
+        header = header_m;
+        header.destinationType = family(header.destinationType);
+        header.replyToType = family(header.replyToType);
+        if (delivery.destination_p != nullptr) {
+            msg->part(PartId::DESTINATION)
+                .setCopy(delivery.destination_p,
+                         static_cast<std::uint32_t>(std::strlen(delivery.destination_p)), true);
+            header.destinationType = family(delivery.destinationType);
+        }
+        if (delivery.deliveryMode != DeliveryInfo::KEEP_DELIVERY_MODE) {
+            header.deliveryMode = static_cast<zorClient_uint32_t>(delivery.deliveryMode);
+        }
+        DeliveryState& state = msg->delivery();
+        state.delivered = true;
+        state.hasMsgId = delivery.hasMsgId;
+        state.msgId = delivery.msgId;
+        state.redelivered = delivery.redelivered;
+        state.deliveryCount = delivery.deliveryCount;
+        state.discardIndication = delivery.discardIndication;
+        state.topicSequenceNumber = delivery.topicSequenceNumber != 0
+                                        ? delivery.topicSequenceNumber
+                                        : header_m.senderTopicSequenceNumber;
+        state.cacheStatus = delivery.cacheStatus;
+        state.cacheRequestId = delivery.cacheRequestId;
+        state.hasReplicationGroupMessageId = delivery.hasReplicationGroupMessageId;
+        state.replicationGroupMessageId = delivery.replicationGroupMessageId;
+        state.expirationMs = expirationMs_m;
+        msg->setConsumerIds(delivery.consumerIds_p, delivery.consumerIdCount);
+    } catch (...) {
+        if (adoptReference) {
+            msg->detachWire();  // the reference goes back to the caller
+        }
+        MessagePool::free(msg);
+        throw;
+    }
+    return msg;
 }
 
 const char* WireMessage::text(PartId id) const noexcept {

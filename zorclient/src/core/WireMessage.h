@@ -110,8 +110,20 @@ class alignas(64) WireMessage {
     // (error info set, *msg_p null) only when memory runs out or delivery is not valid.
     zorClient_returnCode_t materialize(const DeliveryInfo& delivery,
                                        zorClient_opaqueMsg_pt* msg_p) noexcept;
+    // The same for the library's own receive path. With adoptReference the message takes over
+    // one reference the caller holds instead of taking one of its own: the receiver of a
+    // single delivery then makes one change to the count, when it frees the message. Throws
+    // std::bad_alloc (the caller's reference then stays the caller's).
+    Message* materializeMessage(const DeliveryInfo& delivery, bool adoptReference);
 
     void retain() noexcept { references_m.fetch_add(1, std::memory_order_relaxed); }
+    // Only while the copy is still its maker's alone (one reference, not yet handed to anyone):
+    // makes that one reference count (count >= 1, typically one per delivery about to be
+    // queued). A plain store, as nobody else can see the copy yet; queueing a delivery
+    // publishes it.
+    void shareAmong(std::uint32_t count) noexcept {
+        references_m.store(count, std::memory_order_relaxed);
+    }
     // Gives a reference back; the last one returns the copy to the pools.
     void release() noexcept;
     std::uint32_t references() const noexcept {

@@ -118,6 +118,7 @@ zorClient_returnCode_t BrokerInstance::publish(ClientConnection& sender, WireMes
                                                PublishResult* result_p) {
     std::lock_guard<std::mutex> lock(mutex_m);
     if (!sender.attached_m) {
+        wire.release();
         return failNotAttached(name_m);
     }
     router_m.route(sender, wire, result_p);

@@ -47,7 +47,8 @@ class BrokerInstance {
     zorClient_returnCode_t unsubscribe(ClientConnection& connection, std::string_view topic);
     // The connection's inbox topic (a copy: a rename may change it).
     std::string inboxOf(ClientConnection& connection);
-    // Routes direct message wire (destination checked by the caller) from sender. Fails as
+    // Routes direct message wire (destination checked by the caller) from sender, taking over
+    // the caller's reference on it in every case (see DirectRouter::route). Fails as
     // subscribe.
     zorClient_returnCode_t publish(ClientConnection& sender, WireMessage& wire,
                                    PublishResult* result_p);

@@ -132,13 +132,15 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
     const CarriedHeader& header = wire.header();
     if (target.inbox && header.isReply && header.requestCorrelation != 0) {
         // A reply to a request: it ends a wait rather than queueing for the receive callback.
+        const std::uint64_t correlation = header.requestCorrelation;
         MessagePayload payload{};
         try {
             payload = DeliveryEnvelope::make(&wire, info, nullptr, 0);
         } catch (const std::bad_alloc&) {
+            wire.release();
             return false;
         }
-        if (!receiver.listener_m.onReply(header.requestCorrelation, payload)) {
+        if (!receiver.listener_m.onReply(correlation, payload)) {
             payload.release();
         }
         return true;
@@ -146,6 +148,7 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
     const std::int64_t size = static_cast<std::int64_t>(wire.contentSize()) + MESSAGE_OVERHEAD;
     if (!receiver.egress_m.admits(size, receiver.settings_m.egressLimitBytes)) {
         receiver.discardPending_m = true;
+        wire.release();
         return false;
     }
     info.discardIndication = receiver.discardPending_m;
@@ -154,6 +157,7 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
         payload = DeliveryEnvelope::make(&wire, info, &receiver.egress_m, size);
     } catch (const std::bad_alloc&) {
         receiver.discardPending_m = true;
+        wire.release();
         return false;
     }
     if (!receiver.listener_m.onDelivery(nullptr, payload)) {
@@ -170,44 +174,60 @@ bool DirectRouter::deliver(ClientConnection& receiver, WireMessage& wire, const 
 void DirectRouter::route(ClientConnection& sender, WireMessage& wire, PublishResult* result_p) {
     const std::string_view topic = wire.destinationView();
     TopicState* state_p = static_cast<TopicState*>(sender.lastTopicState_mp);
-    if (state_p == nullptr || sender.lastTopic_m != topic) {
-        auto it = topics_m.find(topic);
-        if (it == topics_m.end()) {
-            it = topics_m.emplace(std::string(topic), TopicState()).first;
+    try {
+        if (state_p == nullptr || sender.lastTopic_m != topic) {
+            auto it = topics_m.find(topic);
+            if (it == topics_m.end()) {
+                it = topics_m.emplace(std::string(topic), TopicState()).first;
+            }
+            // States are never removed and the table's nodes do not move, so the pointer stays
+            // good.
+            state_p = &it->second;
+            sender.lastTopic_m.assign(topic);
+            sender.lastTopicState_mp = state_p;
         }
-        // States are never removed and the table's nodes do not move, so the pointer stays good.
-        state_p = &it->second;
-        sender.lastTopic_m.assign(topic);
-        sender.lastTopicState_mp = state_p;
+        if (state_p->generation != generation_m) {
+            refresh(*state_p, topic);
+        }
+    } catch (...) {
+        wire.release();
+        throw;
     }
     TopicState& state = *state_p;
-    if (state.generation != generation_m) {
-        refresh(state, topic);
-    }
     const std::int64_t sequence =
         wire.header().senderTopicSequenceNumber != 0 ? 0 : ++state.lastSequence;
-    std::size_t receivers = 0;
+    // The receivers first, then one reference on the copy for each, handed over with its
+    // delivery: the sender keeps none, so that it never touches the copy's count again after
+    // the receivers have started on it.
+    chosen_m.clear();
+    auto local = [&](const Target& target) {
+        return target.connection_p == &sender && sender.settings_m.noLocal;
+    };
     if (wire.header().deliverToOne) {
-        const Target* chosen_p = chooseOne(state, sender);
+        const Target* one_p = chooseOne(state, sender);
         for (const Target& target : state.targets) {
-            if (&target == chosen_p || (target.deliverAlways && !(target.connection_p == &sender &&
-                                                                  sender.settings_m.noLocal))) {
-                deliver(*target.connection_p, wire, target, state, sequence);
-                ++receivers;
+            if (&target == one_p || (target.deliverAlways && !local(target))) {
+                chosen_m.push_back(&target);
             }
         }
     } else {
         for (const Target& target : state.targets) {
-            if (target.connection_p == &sender && sender.settings_m.noLocal) {
-                continue;
+            if (!local(target)) {
+                chosen_m.push_back(&target);
             }
-            deliver(*target.connection_p, wire, target, state, sequence);
-            ++receivers;
         }
     }
     if (result_p != nullptr) {
         result_p->bytes = wire.contentSize();
-        result_p->noMatch = receivers == 0;
+        result_p->noMatch = chosen_m.empty();
+    }
+    if (chosen_m.empty()) {
+        wire.release();
+        return;
+    }
+    wire.shareAmong(static_cast<std::uint32_t>(chosen_m.size()));
+    for (const Target* target_p : chosen_m) {
+        deliver(*target_p->connection_p, wire, *target_p, state, sequence);
     }
 }
 

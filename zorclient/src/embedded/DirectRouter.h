@@ -59,9 +59,10 @@ class DirectRouter {
     // Removes topic from connection; true when it was there.
     bool unsubscribe(ClientConnection& connection, std::string_view topic) noexcept;
 
-    // Routes wire (a direct message to the topic wire.destination()) published by sender.
-    // Throws std::bad_alloc only when a topic is published for the first time and memory runs
-    // out.
+    // Routes wire (a direct message to the topic wire.destination()) published by sender, and
+    // takes over the caller's one reference on it (also when it throws): the caller must not
+    // touch wire afterwards. Throws std::bad_alloc only when a topic is published for the first
+    // time and memory runs out.
     void route(ClientConnection& sender, WireMessage& wire, PublishResult* result_p);
 
   private:
@@ -89,7 +90,8 @@ class DirectRouter {
     };
 
     void refresh(TopicState& state, std::string_view topic);
-    // Queues one delivery; false when it was dropped.
+    // Queues one delivery, handing it one of the references route() gave wire; a dropped
+    // delivery (false) gives its reference back. wire may be gone once this returns.
     bool deliver(ClientConnection& receiver, WireMessage& wire, const Target& target,
                  const TopicState& state, std::int64_t sequence);
     // The one target a deliver-to-one message goes to besides the deliver-always ones; null when
@@ -100,6 +102,7 @@ class DirectRouter {
     std::unordered_map<std::string, TopicState, TopicTextHash, TopicTextEqual> topics_m;
     std::uint64_t generation_m = 0;  // changes with every subscription change
     std::vector<Match> scratch_m;
+    std::vector<const Target*> chosen_m;  // receivers of the message being routed
 };
 
 }  // namespace zorvane::zorclient

@@ -211,15 +211,8 @@ zorClient_returnCode_t EmbeddedBackend::publishDirect(const PublishRequest& requ
                                "the message has %zu bytes; embedded broker \"%s\" takes at most %u",
                                size, instanceName_m.c_str(), MAX_MESSAGE_SIZE);
     }
-    zorClient_returnCode_t rc = ZORCLIENT_FAIL;
-    try {
-        rc = instance_m->publish(connection_m, *wire_p, request.result_p);
-    } catch (...) {
-        wire_p->release();
-        throw;
-    }
-    wire_p->release();
-    return rc;
+    // The broker takes the copy over, with the one reference it has.
+    return instance_m->publish(connection_m, *wire_p, request.result_p);
 }
 
 zorClient_returnCode_t EmbeddedBackend::publish(const PublishRequest& request) {
