@@ -12,11 +12,61 @@ using EnvelopePool = ChunkPool<DeliveryEnvelope>;
 
 static_assert(sizeof(DeliveryEnvelope) == 64, "an envelope is one cache line");
 
+namespace {
+
+// A delivery with at most one consumer id keeps its details in the payload itself, so that the
+// sender makes and the receiver reads no object besides the queue slot:
+//   object_p  the broker copy; null once a message took over the reference
+//   words[0]  the Egress, 0 for none
+//   words[1]  the topic sequence number
+//   words[2]  bits 0..30 the size counted against the egress, bit 31 the discard indication,
+//             bits 32..63 the consumer id (0: none; ids start at 1)
+constexpr std::uint64_t DISCARD_BIT = std::uint64_t{1} << 31;
+constexpr std::uint64_t SIZE_MASK = DISCARD_BIT - 1;
+
+// A receive message for one delivery of wire_p (see WireMessage::materializeMessage); null
+// when memory runs out.
+Message* materializeOrLog(WireMessage* wire_p, const DeliveryInfo& info, bool adopt) noexcept {
+    try {
+        return wire_p->materializeMessage(info, adopt);
+    } catch (const std::bad_alloc&) {
+        ZC_LOG(ZORCLIENT_LOG_ERROR, "%s", "no memory for a received message; it is dropped");
+        return nullptr;
+    }
+}
+
+}  // namespace
+
 const PayloadOps DeliveryEnvelope::OPS = {&DeliveryEnvelope::makeRxMessage,
                                           &DeliveryEnvelope::release};
+const PayloadOps DeliveryEnvelope::INLINE_OPS = {&DeliveryEnvelope::makeRxMessageInline,
+                                                 &DeliveryEnvelope::releaseInline};
 
 MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                       std::int64_t size) {
+    MessagePayload payload{nullptr, nullptr};
+    if (delivery.consumerIdCount <= 1 && size >= 0 &&
+        static_cast<std::uint64_t>(size) <= SIZE_MASK) {
+        payload.object_p = wire_p;
+        payload.ops_p = &INLINE_OPS;
+        payload.words[0] = reinterpret_cast<std::uintptr_t>(egress_p);
+        payload.words[1] = static_cast<std::uint64_t>(delivery.topicSequenceNumber);
+        const std::uint64_t id = delivery.consumerIdCount == 1 ? delivery.consumerIds_p[0] : 0;
+        payload.words[2] = static_cast<std::uint64_t>(size) |
+                           (delivery.discardIndication ? DISCARD_BIT : 0) | (id << 32);
+    } else {
+        payload = makeEnvelope(wire_p, delivery, egress_p, size);
+    }
+    if (egress_p != nullptr) {
+        // Callers serialise, so a plain add does: no locked instruction on the sending path.
+        egress_p->queued.store(egress_p->queued.load(std::memory_order_relaxed) + size,
+                               std::memory_order_relaxed);
+    }
+    return payload;
+}
+
+MessagePayload DeliveryEnvelope::makeEnvelope(WireMessage* wire_p, const Direct& delivery,
+                                              Egress* egress_p, std::int64_t size) {
     DeliveryEnvelope* envelope_p = EnvelopePool::acquire();
     envelope_p->idBlock_mp = nullptr;
     zorClient_uint32_t* ids_p = envelope_p->ids_m;
@@ -40,16 +90,36 @@ MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& deliver
     envelope_p->wire_mp = wire_p;
     envelope_p->egress_mp = egress_p;
     envelope_p->size_m = static_cast<std::uint32_t>(size);
-    if (egress_p != nullptr) {
-        // Callers serialise, so a plain add does: no locked instruction on the sending path.
-        egress_p->queued.store(egress_p->queued.load(std::memory_order_relaxed) + size,
-                               std::memory_order_relaxed);
-    }
     return MessagePayload{envelope_p, &OPS};
 }
 
-Message* DeliveryEnvelope::makeRxMessage(void* object_p, bool lastUse) noexcept {
-    auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
+Message* DeliveryEnvelope::makeRxMessageInline(MessagePayload& payload, bool lastUse) noexcept {
+    const std::uint64_t bits = payload.words[2];
+    const auto id = static_cast<zorClient_uint32_t>(bits >> 32);
+    DeliveryInfo info;
+    info.topicSequenceNumber = static_cast<zorClient_int64_t>(payload.words[1]);
+    info.discardIndication = (bits & DISCARD_BIT) != 0;
+    info.consumerIds_p = &id;
+    info.consumerIdCount = id != 0 ? 1 : 0;
+    Message* msg_p = materializeOrLog(static_cast<WireMessage*>(payload.object_p), info, lastUse);
+    if (msg_p != nullptr && lastUse) {
+        payload.object_p = nullptr;  // the message holds the reference now
+    }
+    return msg_p;
+}
+
+void DeliveryEnvelope::releaseInline(MessagePayload& payload) noexcept {
+    if (auto* egress_p = reinterpret_cast<Egress*>(payload.words[0]); egress_p != nullptr) {
+        egress_p->released.fetch_add(static_cast<std::int64_t>(payload.words[2] & SIZE_MASK),
+                                     std::memory_order_relaxed);
+    }
+    if (payload.object_p != nullptr) {
+        static_cast<WireMessage*>(payload.object_p)->release();
+    }
+}
+
+Message* DeliveryEnvelope::makeRxMessage(MessagePayload& payload, bool lastUse) noexcept {
+    auto* envelope_p = static_cast<DeliveryEnvelope*>(payload.object_p);
     DeliveryInfo info;
     info.topicSequenceNumber = envelope_p->topicSequenceNumber_m;
     info.discardIndication = envelope_p->discardIndication_m;
@@ -58,20 +128,15 @@ Message* DeliveryEnvelope::makeRxMessage(void* object_p, bool lastUse) noexcept 
         envelope_p->idBlock_mp != nullptr
             ? reinterpret_cast<const zorClient_uint32_t*>(envelope_p->idBlock_mp->bytes())
             : envelope_p->ids_m;
-    try {
-        Message* msg_p = envelope_p->wire_mp->materializeMessage(info, lastUse);
-        if (lastUse) {
-            envelope_p->wire_mp = nullptr;  // the message holds the reference now
-        }
-        return msg_p;
-    } catch (const std::bad_alloc&) {
-        ZC_LOG(ZORCLIENT_LOG_ERROR, "%s", "no memory for a received message; it is dropped");
-        return nullptr;
+    Message* msg_p = materializeOrLog(envelope_p->wire_mp, info, lastUse);
+    if (msg_p != nullptr && lastUse) {
+        envelope_p->wire_mp = nullptr;  // the message holds the reference now
     }
+    return msg_p;
 }
 
-void DeliveryEnvelope::release(void* object_p) noexcept {
-    auto* envelope_p = static_cast<DeliveryEnvelope*>(object_p);
+void DeliveryEnvelope::release(MessagePayload& payload) noexcept {
+    auto* envelope_p = static_cast<DeliveryEnvelope*>(payload.object_p);
     // The sender's next make() writes every field, so nothing here needs resetting.
     if (envelope_p->egress_mp != nullptr) {
         envelope_p->egress_mp->released.fetch_add(envelope_p->size_m, std::memory_order_relaxed);

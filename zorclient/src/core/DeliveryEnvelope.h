@@ -1,20 +1,20 @@
 // One direct delivery of a broker copy to one receiver, as it waits in the receiver's context
 // queue: a reference to the shared, immutable WireMessage plus what belongs to this delivery
-// alone (discard indication, topic sequence number, consumer ids). It is the payload object of
-// a Delivery event; its PayloadOps make the receive message on the context thread right before
+// alone (discard indication, topic sequence number, consumer ids). It is the payload of a
+// Delivery event; its PayloadOps make the receive message on the context thread right before
 // the callback (WireMessage::materialize) and give everything back after. Deliveries from
 // endpoints, which carry more (message id, redelivery), are payloads of their own kind.
 //
-// One cache line: it is written on the sender's thread and read on the receiver's, so its size
-// is what crosses between them besides the copy.
+// Most deliveries (at most one consumer id) keep these details in the payload itself, which
+// travels inside the queue slot: the sender writes and the receiver reads no further cache line.
+// A delivery with more consumer ids has an envelope object of one cache line, from a ChunkPool
+// like broker copies: made on the sender's thread, released on the receiver's, no allocation
+// per message once warm.
 //
 // Egress accounting: a delivery may count its size against the receiver's bounded egress
 // (Egress): added by the broker when it queues the delivery, taken off when the payload is
 // released, whichever thread does that. The Egress must outlive the payload (the receiving
 // session owns it, and its queued deliveries keep the session alive).
-//
-// Envelopes come from a ChunkPool, like broker copies: made on the sender's thread, released on
-// the receiver's, no allocation per message once warm.
 #pragma once
 
 #include <atomic>
@@ -70,12 +70,17 @@ class alignas(64) DeliveryEnvelope {
     static MessagePayload make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                std::int64_t size);
 
-    // The operations of every envelope payload.
-    static const PayloadOps OPS;
-
   private:
-    static Message* makeRxMessage(void* object_p, bool lastUse) noexcept;
-    static void release(void* object_p) noexcept;
+    // The operations of envelope payloads, and of payloads that carry the details themselves.
+    static const PayloadOps OPS;
+    static const PayloadOps INLINE_OPS;
+
+    static MessagePayload makeEnvelope(WireMessage* wire_p, const Direct& delivery,
+                                       Egress* egress_p, std::int64_t size);
+    static Message* makeRxMessage(MessagePayload& payload, bool lastUse) noexcept;
+    static void release(MessagePayload& payload) noexcept;
+    static Message* makeRxMessageInline(MessagePayload& payload, bool lastUse) noexcept;
+    static void releaseInline(MessagePayload& payload) noexcept;
 
     WireMessage* wire_mp = nullptr;  // null once a message took over the reference
     Egress* egress_mp = nullptr;

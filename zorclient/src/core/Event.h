@@ -22,7 +22,8 @@
 // broker connection ends before the session leaves its context, and its Retire event comes
 // behind every delivery queued before that.
 //
-// The struct is trivially copyable and small (40 bytes) so that the queue's slots are too.
+// The struct is trivially copyable and small (56 bytes) so that a queue slot with its sequence
+// number is one cache line.
 #pragma once
 
 #include <cstdint>
@@ -44,6 +45,7 @@ enum class EventKind : std::uint8_t {
 };
 
 class Message;
+struct MessagePayload;
 
 // How core treats a payload it cannot look into. The functions are given by the message layer;
 // all are noexcept and may run on any thread.
@@ -53,23 +55,26 @@ struct PayloadOps {
     // makes no further message from this payload and releases it right after: the message may
     // then take over what the payload holds on the broker message instead of sharing it. The
     // payload must be released either way.
-    Message* (*makeRxMessage_p)(void* object_p, bool lastUse) noexcept;
-    // Gives up the payload reference.
-    void (*release_p)(void* object_p) noexcept;
+    Message* (*makeRxMessage_p)(MessagePayload& payload, bool lastUse) noexcept;
+    // Gives up what the payload holds.
+    void (*release_p)(MessagePayload& payload) noexcept;
 };
 
 // An owning reference to a broker message. What differs per receiver (consumer ids, discard
-// indication, redelivery, the flow's message id) cannot live in a shared message, so object_p
-// may be a per-receiver envelope that refers to the shared message.
+// indication, redelivery, the flow's message id) cannot live in a shared message: a payload
+// kind keeps it by value in words, or in a per-receiver envelope that object_p points to.
+// Only ops_p interprets object_p and words; a payload without ops_p holds nothing.
 struct MessagePayload {
     void* object_p;
     const PayloadOps* ops_p;
+    std::uint64_t words[3] = {};
 
     void release() noexcept {
-        if (object_p != nullptr && ops_p != nullptr && ops_p->release_p != nullptr) {
-            ops_p->release_p(object_p);
+        if (ops_p != nullptr && ops_p->release_p != nullptr) {
+            ops_p->release_p(*this);
         }
         object_p = nullptr;
+        ops_p = nullptr;
     }
 };
 

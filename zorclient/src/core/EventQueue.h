@@ -77,6 +77,7 @@ class EventQueue {
         std::atomic<std::uint64_t> sequence;
         Event event;
     };
+    static_assert(sizeof(Cell) == 64, "a slot is one cache line");
 
     bool tryPushRing(const Event& event) noexcept;
     bool popRing(Event* event_p) noexcept;

@@ -139,7 +139,7 @@ void Session::dispatchDelivery(MessagePayload& payload) noexcept {
     // Without dispatch entries the session's callback is the only one: its message may take
     // over the payload's hold on the broker copy.
     const bool single = dispatchEntries_m.load(std::memory_order_acquire) == 0;
-    Message* msg_p = ops_p->makeRxMessage_p(payload.object_p, single);
+    Message* msg_p = ops_p->makeRxMessage_p(payload, single);
     if (msg_p == nullptr) {
         payload.release();
         return;
@@ -170,7 +170,7 @@ void Session::dispatchDelivery(MessagePayload& payload) noexcept {
     // Each matching dispatch record gets a message of its own, so that each may keep it.
     for (std::size_t i = 0; i < dispatchScratch_m.size(); ++i) {
         const SessionSubscriptions::DispatchTarget target = dispatchScratch_m[i];
-        Message* own_p = i == 0 ? msg_p : ops_p->makeRxMessage_p(payload.object_p, false);
+        Message* own_p = i == 0 ? msg_p : ops_p->makeRxMessage_p(payload, false);
         if (own_p != nullptr && target.callback_p(handle_m, own_p->handle(), target.user_p) !=
                                     ZORCLIENT_CALLBACK_TAKE_MSG) {
             MessagePool::free(own_p);

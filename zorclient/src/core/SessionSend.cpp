@@ -221,7 +221,7 @@ zorClient_returnCode_t Session::sendRequest(zorClient_opaqueMsg_pt msg,
         return LastError::failWithResult(ZORCLIENT_INCOMPLETE, ZORCLIENT_SUBCODE_TIMEOUT,
                                          "%s: no reply within %u ms", function_p, timeoutMs);
     }
-    Message* replyMsg_p = payload.ops_p->makeRxMessage_p(payload.object_p, true);
+    Message* replyMsg_p = payload.ops_p->makeRxMessage_p(payload, true);
     payload.release();
     if (replyMsg_p == nullptr) {
         return LastError::fail(ZORCLIENT_SUBCODE_OUT_OF_MEMORY,
