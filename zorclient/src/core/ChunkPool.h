@@ -40,6 +40,13 @@ class ChunkPool {
 
     static void release(Item* item_p) noexcept { cache().give(instance(), item_p); }
 
+    // The object this thread's next acquire() will hand out, when that takes no lock; null
+    // otherwise. For prefetching only: the object is not reserved.
+    static Item* peekNext() noexcept {
+        Item* item_p = nullptr;
+        return cache().peek(&item_p) ? item_p : nullptr;
+    }
+
     // For ThreadCache.
     std::size_t takeBatch(Item** out_p, std::size_t most) {
         std::size_t count = free_m.takeBatch(out_p, most);

@@ -216,6 +216,10 @@ std::size_t Context::runDueWork() {
         dueScratch_m.clear();
     }
     done += queue_m.drain(BATCH, [this](Event& event) { dispatch(event); });
+    if (dispatchingOwner_mp != nullptr) {
+        dispatching_m.store(nullptr, std::memory_order_seq_cst);
+        dispatchingOwner_mp = nullptr;
+    }
     return done;
 }
 
@@ -224,13 +228,16 @@ void Context::dispatch(Event& event) noexcept {
     // Set before the target's check: a session closing on another thread either sees this and
     // waits, or this check sees the session closed (both sides use sequentially consistent
     // operations).
-    dispatching_m.store(target_p->ownerSession(), std::memory_order_seq_cst);
+    const Session* owner_p = target_p->ownerSession();
+    if (owner_p != dispatchingOwner_mp) {
+        dispatching_m.store(owner_p, std::memory_order_seq_cst);
+        dispatchingOwner_mp = owner_p;
+    }
     if (target_p->acceptsEvent(event)) {
         target_p->dispatchEvent(event);
     } else {
         target_p->discardEvent(event);
     }
-    dispatching_m.store(nullptr, std::memory_order_seq_cst);
     if (event.kind == EventKind::SessionEvent || event.kind == EventKind::FlowEvent ||
         event.kind == EventKind::CacheEvent) {
         giveRecord(event.control_p);

@@ -116,7 +116,12 @@ class Context final : public RefCounted {
     alignas(64) std::atomic<bool> attention_m{false};
     std::atomic<bool> timersChanged_m{false};
     std::atomic<bool> inPass_m{false};
+    // The session whose events are being dispatched: set when the owner changes between two
+    // events, cleared after each batch, so that a batch of one session's deliveries makes two
+    // sequentially consistent stores instead of two per event. A closing session may wait for
+    // the rest of the batch.
     std::atomic<const Session*> dispatching_m{nullptr};
+    const Session* dispatchingOwner_mp = nullptr;  // context thread's copy of dispatching_m
 
     std::mutex sessionsMutex_m;
     std::vector<Ref<Session>> sessions_m;

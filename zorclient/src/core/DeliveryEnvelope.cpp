@@ -38,9 +38,11 @@ Message* materializeOrLog(WireMessage* wire_p, const DeliveryInfo& info, bool ad
 }  // namespace
 
 const PayloadOps DeliveryEnvelope::OPS = {&DeliveryEnvelope::makeRxMessage,
-                                          &DeliveryEnvelope::release};
+                                          &DeliveryEnvelope::release, sizeof(DeliveryEnvelope)};
+// The copy's header and the first bytes of its parts: all of a typical message.
 const PayloadOps DeliveryEnvelope::INLINE_OPS = {&DeliveryEnvelope::makeRxMessageInline,
-                                                 &DeliveryEnvelope::releaseInline};
+                                                 &DeliveryEnvelope::releaseInline,
+                                                 WireMessage::PREFETCH_BYTES};
 
 MessagePayload DeliveryEnvelope::make(WireMessage* wire_p, const Direct& delivery, Egress* egress_p,
                                       std::int64_t size) {

@@ -26,6 +26,7 @@
 // number is one cache line.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/RefCounted.h"
@@ -58,6 +59,9 @@ struct PayloadOps {
     Message* (*makeRxMessage_p)(MessagePayload& payload, bool lastUse) noexcept;
     // Gives up what the payload holds.
     void (*release_p)(MessagePayload& payload) noexcept;
+    // Bytes from object_p that making the message reads first: the context thread asks for
+    // them while it handles the event before (a hint; 0 for none).
+    std::size_t prefetchBytes;
 };
 
 // An owning reference to a broker message. What differs per receiver (consumer ids, discard

@@ -2,6 +2,8 @@
 
 #include <bit>
 
+#include "core/Prefetch.h"
+
 namespace zorvane::zorclient {
 
 EventQueue::EventQueue(std::size_t capacity)
@@ -66,6 +68,15 @@ bool EventQueue::popRing(Event* event_p) noexcept {
     cell.sequence.store(head_m + mask_m + 1, std::memory_order_release);
     ++head_m;
     return true;
+}
+
+void EventQueue::prefetchNext() const noexcept {
+    const Cell& cell = cells_m[head_m & mask_m];
+    if (cell.sequence.load(std::memory_order_acquire) != head_m + 1 ||
+        cell.event.kind != EventKind::Delivery || cell.event.delivery.ops_p == nullptr) {
+        return;
+    }
+    prefetchForRead(cell.event.delivery.object_p, cell.event.delivery.ops_p->prefetchBytes);
 }
 
 void EventQueue::takeOverflow() {

@@ -50,6 +50,7 @@ class EventQueue {
         std::size_t handled = 0;
         Event event;
         while (handled < max && popRing(&event)) {
+            prefetchNext();
             handler(event);
             ++handled;
         }
@@ -80,6 +81,9 @@ class EventQueue {
     static_assert(sizeof(Cell) == 64, "a slot is one cache line");
 
     bool tryPushRing(const Event& event) noexcept;
+    // When the next slot is already filled with a delivery, asks for its payload's first lines,
+    // so that they arrive from the sender's processor while the current event is handled.
+    void prefetchNext() const noexcept;
     bool popRing(Event* event_p) noexcept;
     bool ringHasEvent() const noexcept;
     bool ringIsEmpty() const noexcept { return tail_m.load(std::memory_order_acquire) == head_m; }

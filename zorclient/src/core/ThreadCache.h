@@ -47,6 +47,15 @@ class ThreadCache {
         return true;
     }
 
+    // The entry the next take() hands out without going to the pool, if there is one.
+    bool peek(Item* item_p) const noexcept {
+        if (count_m == 0) {
+            return false;
+        }
+        *item_p = items_m[count_m - 1];
+        return true;
+    }
+
     void give(Pool& pool, Item item) noexcept {
         if (ended_m) {
             pool.giveBatch(&item, 1);

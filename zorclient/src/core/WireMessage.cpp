@@ -1,6 +1,8 @@
 #include "core/WireMessage.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstring>
 #include <new>
 
@@ -9,6 +11,7 @@
 #include "core/ChunkPool.h"
 #include "core/FieldCodec.h"
 #include "core/MessagePool.h"
+#include "core/Prefetch.h"
 
 namespace zorvane::zorclient {
 
@@ -95,6 +98,12 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
             WirePool::release(wire_p);
             throw;
         }
+    }
+    // The next send on this thread most likely takes the next copy of this thread's cache, last
+    // read by a receiver on another processor: ask for its lines now, so that they are here by
+    // then (a send of the same size touches the same lines).
+    if (const WireMessage* next_p = WirePool::peekNext(); next_p != nullptr) {
+        prefetchForWrite(next_p, offsetof(WireMessage, inline_m) + std::min(total, INLINE_BYTES));
     }
     wire_p->block_mp = block_p;
     std::uint8_t* const start_p = block_p != nullptr ? block_p->bytes() : wire_p->inline_m;

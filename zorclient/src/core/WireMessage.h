@@ -96,6 +96,9 @@ class alignas(64) WireMessage {
     // from sender to receiver as one object, with no data block to take and give back and no
     // further cache lines to move between their processors.
     static constexpr std::size_t INLINE_BYTES = 296;
+    // The lines a receiver reads first: the header and the parts of a message of about a
+    // hundred bytes.
+    static constexpr std::size_t PREFETCH_BYTES = 384;
 
     // The broker copy of message msg, with one reference for the caller. Fails (error info set)
     // for a null or stale handle or when memory runs out; *wire_p is then null.
