@@ -24,7 +24,8 @@ zorClient_returnCode_t failSyntax(std::string_view topic, const char* function_p
 // Whether text has two "/" in a row. This runs for every message sent, so it looks at eight
 // bytes at a time: a byte of a word is 0x80 in slashes(word) exactly when it is a "/", and a
 // pair shows as two such bytes side by side (within the word, or the last byte of one word and
-// the first of the next).
+// the first of the next). A text whose length is not a multiple of eight ends with a word that
+// overlaps the one before: looking at bytes twice finds no pair that is not there.
 bool hasDoubleSlash(std::string_view text) noexcept {
     static_assert(std::endian::native == std::endian::little,
                   "byte i of the text is byte i of a word");
@@ -35,23 +36,34 @@ bool hasDoubleSlash(std::string_view text) noexcept {
         // Exact per byte (no borrow between bytes): 0x80 where the byte is 0, else 0.
         return ~(((zeroIfSlash & LOW7) + LOW7) | zeroIfSlash | LOW7);
     };
-    const char* at_p = text.data();
-    std::size_t left = text.size();
-    bool previousEndsWithSlash = false;
-    while (left > 0) {
-        std::uint64_t word = 0;
-        const std::size_t take = left < 8 ? left : 8;
-        std::memcpy(&word, at_p, take);  // little-endian: byte i of the text is byte i of word
-        std::uint64_t found = slashes(word);
-        if (take < 8) {
-            found &= (std::uint64_t{1} << (8 * take)) - 1;  // the zero bytes behind the text
+    const char* const data_p = text.data();
+    const std::size_t size = text.size();
+    if (size < 8) {
+        for (std::size_t i = 1; i < size; ++i) {
+            if (data_p[i] == '/' && data_p[i - 1] == '/') {
+                return true;
+            }
         }
-        if ((found & (found >> 8)) != 0 || (previousEndsWithSlash && (found & 0x80) != 0)) {
+        return false;
+    }
+    std::uint64_t carry = 0;  // 0x80 when the word before ended with a "/"
+    auto pairIn = [&](std::size_t at) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, data_p + at, 8);
+        const std::uint64_t found = slashes(word);
+        const bool pair = (found & ((found >> 8) | carry)) != 0;
+        carry = found >> 56;
+        return pair;
+    };
+    std::size_t at = 0;
+    for (; at + 8 <= size; at += 8) {
+        if (pairIn(at)) {
             return true;
         }
-        previousEndsWithSlash = (found >> 56) != 0;
-        at_p += take;
-        left -= take;
+    }
+    if (at < size) {
+        carry = 0;  // the last word starts inside the one before, which was looked at whole
+        return pairIn(size - 8);
     }
     return false;
 }
