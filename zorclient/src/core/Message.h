@@ -71,6 +71,8 @@ struct CarriedHeader {
     // from any other message on its inbox. Not visible through the API, so that the
     // application's own correlation id stays the application's.
     std::uint64_t requestCorrelation = 0;
+
+    bool operator==(const CarriedHeader&) const = default;
 };
 
 // What one delivery adds to a received message.

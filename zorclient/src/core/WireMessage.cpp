@@ -32,6 +32,12 @@ zorClient_destinationType_t family(zorClient_destinationType_t type) noexcept {
     }
 }
 
+CarriedHeader withDestinationType(zorClient_destinationType_t type) noexcept {
+    CarriedHeader header;
+    header.destinationType = type;
+    return header;
+}
+
 zorClient_uint64_t nowMs() noexcept {
     return static_cast<zorClient_uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(
                                                std::chrono::system_clock::now().time_since_epoch())
@@ -39,6 +45,22 @@ zorClient_uint64_t nowMs() noexcept {
 }
 
 }  // namespace
+
+const CarriedHeader& WireMessage::plainHeader(std::int32_t type) noexcept {
+    static const CarriedHeader headers_s[] = {
+        withDestinationType(ZORCLIENT_NULL_DESTINATION),
+        withDestinationType(ZORCLIENT_TOPIC_DESTINATION),
+        withDestinationType(ZORCLIENT_QUEUE_DESTINATION),
+        withDestinationType(ZORCLIENT_TOPIC_TEMP_DESTINATION),
+        withDestinationType(ZORCLIENT_QUEUE_TEMP_DESTINATION)};
+    return headers_s[type - ZORCLIENT_NULL_DESTINATION];
+}
+
+bool WireMessage::isPlain(const CarriedHeader& header) noexcept {
+    return header.destinationType >= ZORCLIENT_NULL_DESTINATION &&
+           header.destinationType <= ZORCLIENT_QUEUE_TEMP_DESTINATION &&
+           header == plainHeader(header.destinationType);
+}
 
 WireMessage* WireMessage::snapshot(const Message& msg) {
     static const WireOverrides none_s;
@@ -88,10 +110,14 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
         total += source.size + (isTextPart(static_cast<PartId>(i)) ? 1 : 0);
         content += source.size;
     }
-    // One block for all parts, texts with their NUL, so a receiver reads C strings in place.
+    static_assert(offsetof(WireMessage, area_m) == FIXED_BYTES,
+                  "the views follow the fixed fields at once");
+    // One place for all parts, texts with their NUL, so a receiver reads C strings in place:
+    // behind the views in the copy itself, or a block when they do not fit.
+    const std::size_t viewBytes = sizeof(View) * static_cast<std::size_t>(count);
     WireMessage* wire_p = WirePool::acquire();
     DataBlock* block_p = nullptr;
-    if (total > INLINE_BYTES) {
+    if (viewBytes + total > AREA_BYTES) {
         try {
             block_p = DataBlockPools::acquire(total, BlockOwner::BROKER);
         } catch (...) {
@@ -103,40 +129,48 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
     // read by a receiver on another processor: ask for its lines now, so that they are here by
     // then (a send of the same size touches the same lines).
     if (const WireMessage* next_p = WirePool::peekNext(); next_p != nullptr) {
-        prefetchForWrite(next_p, offsetof(WireMessage, inline_m) + std::min(total, INLINE_BYTES));
+        prefetchForWrite(next_p, FIXED_BYTES + std::min(viewBytes + total, AREA_BYTES));
     }
     wire_p->block_mp = block_p;
-    std::uint8_t* const start_p = block_p != nullptr ? block_p->bytes() : wire_p->inline_m;
+    std::uint8_t* const start_p =
+        block_p != nullptr ? block_p->bytes() : wire_p->area_m + viewBytes;
     std::uint8_t* out_p = start_p;
     for (int k = 0; k < count; ++k) {
         const Source& part = sources[k];
         if (part.size > 0) {
             std::memcpy(out_p, part.data_p, part.size);
         }
-        wire_p->parts_m[part.index].offset = static_cast<std::uint32_t>(out_p - start_p);
-        wire_p->parts_m[part.index].size = part.size;
+        new (wire_p->area_m + sizeof(View) * static_cast<std::size_t>(k))
+            View{static_cast<std::uint32_t>(out_p - start_p), part.size};
         out_p += part.size;
         if (isTextPart(static_cast<PartId>(part.index))) {
             *out_p++ = 0;
         }
     }
     wire_p->present_m = static_cast<std::uint16_t>(present);
-    wire_p->header_m = msg.header();
+    CarriedHeader header = msg.header();
     if (overrides.destination_p != nullptr) {
-        wire_p->header_m.destinationType = overrides.destinationType;
+        header.destinationType = overrides.destinationType;
     }
     if (overrides.replyTo_p != nullptr) {
-        wire_p->header_m.replyToType = overrides.replyToType;
+        header.replyToType = overrides.replyToType;
     }
     if (overrides.markAsReply) {
-        wire_p->header_m.isReply = true;
+        header.isReply = true;
     }
     if (overrides.requestCorrelation != 0) {
-        wire_p->header_m.requestCorrelation = overrides.requestCorrelation;
+        header.requestCorrelation = overrides.requestCorrelation;
+    }
+    wire_p->fullHeader_m = !isPlain(header);
+    if (wire_p->fullHeader_m) {
+        wire_p->header_m = header;
+    } else {
+        wire_p->plainDestinationType_m = header.destinationType;
     }
     wire_p->hasCorrelationTag_m = msg.hasCorrelationTag();
     wire_p->correlationTag_mp = msg.correlationTag();
-    wire_p->contentSize_m = content;
+    // Saturated: a copy too large for any broker must still read as too large.
+    wire_p->contentSize_m = static_cast<std::uint32_t>(std::min<std::size_t>(content, UINT32_MAX));
     wire_p->expirationMs_m =
         msg.header().timeToLiveMs > 0
             ? nowMs() + static_cast<zorClient_uint64_t>(msg.header().timeToLiveMs)
@@ -197,13 +231,13 @@ Message* WireMessage::materializeMessage(const DeliveryInfo& delivery, bool adop
     try {
         msg->attachWire(this, adoptReference);
         const std::uint8_t* const start_p = bytes();
-        for (std::uint32_t rest = present_m; rest != 0; rest &= rest - 1) {
-            const int i = __builtin_ctz(rest);
-            msg->part(static_cast<PartId>(i))
-                .setView(start_p + parts_m[i].offset, parts_m[i].size, PartStorage::SHARED);
+        const View* view_p = views();
+        for (std::uint32_t rest = present_m; rest != 0; rest &= rest - 1, ++view_p) {
+            msg->part(static_cast<PartId>(__builtin_ctz(rest)))
+                .setView(start_p + view_p->offset, view_p->size, PartStorage::SHARED);
         }
         CarriedHeader& header = msg->header();
-        header = header_m;
+        header = this->header();
         header.destinationType = family(header.destinationType);
         header.replyToType = family(header.replyToType);
         if (delivery.destination_p != nullptr) {
@@ -224,7 +258,7 @@ Message* WireMessage::materializeMessage(const DeliveryInfo& delivery, bool adop
         state.discardIndication = delivery.discardIndication;
         state.topicSequenceNumber = delivery.topicSequenceNumber != 0
                                         ? delivery.topicSequenceNumber
-                                        : header_m.senderTopicSequenceNumber;
+                                        : header.senderTopicSequenceNumber;
         state.cacheStatus = delivery.cacheStatus;
         state.cacheRequestId = delivery.cacheRequestId;
         state.hasReplicationGroupMessageId = delivery.hasReplicationGroupMessageId;
@@ -244,7 +278,7 @@ Message* WireMessage::materializeMessage(const DeliveryInfo& delivery, bool adop
 const char* WireMessage::text(PartId id) const noexcept {
     const int index = static_cast<int>(id);
     return isTextPart(id) && has(index)
-               ? reinterpret_cast<const char*>(bytes() + parts_m[index].offset)
+               ? reinterpret_cast<const char*>(bytes() + viewOf(index).offset)
                : nullptr;
 }
 
@@ -256,8 +290,9 @@ bool WireMessage::part(PartId id, const std::uint8_t** data_p,
         *size_p = 0;
         return false;
     }
-    *data_p = bytes() + parts_m[index].offset;
-    *size_p = parts_m[index].size;
+    const View& view = viewOf(index);
+    *data_p = bytes() + view.offset;
+    *size_p = view.size;
     return true;
 }
 

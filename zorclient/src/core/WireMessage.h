@@ -32,8 +32,8 @@
 // The copy is not counted in ZORCLIENT_MSG_STATS_ALLOC_*: a broker that still stores messages at
 // the end of a run does not make the application's pool check fail. A warm process allocates
 // nothing per message on this path: the copy and the received message come from free lists.
-// The copy holds up to INLINE_BYTES of parts in itself; larger ones take a data block from the
-// same pools as the application's parts. Materialising is best done
+// The copy holds up to AREA_BYTES of part views and parts in itself; larger ones take a data
+// block from the same pools as the application's parts. Materialising is best done
 // on the receiving context's thread, right before the callback, so that a queued delivery holds
 // only a reference and a DeliveryInfo, never a library message.
 #pragma once
@@ -41,6 +41,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <string_view>
 
 #include "core/Message.h"
@@ -92,13 +93,14 @@ struct WireOverrides {
 
 class alignas(64) WireMessage {
   public:
-    // Bytes of parts (texts with their NUL) that a copy holds in itself: a typical message goes
-    // from sender to receiver as one object, with no data block to take and give back and no
-    // further cache lines to move between their processors.
-    static constexpr std::size_t INLINE_BYTES = 296;
-    // The lines a receiver reads first: the header and the parts of a message of about a
-    // hundred bytes.
-    static constexpr std::size_t PREFETCH_BYTES = 384;
+    // Room in a copy for the views of its present parts (8 bytes each) and their bytes (texts
+    // with their NUL): a typical message goes from sender to receiver as one object, with no
+    // data block to take and give back and no further cache lines to move between their
+    // processors. A message of about a hundred bytes spans three lines of the copy.
+    static constexpr std::size_t AREA_BYTES = 400;
+    // The lines a receiver reads first: the copy's fixed fields, the views and the parts of a
+    // message of up to about two hundred bytes.
+    static constexpr std::size_t PREFETCH_BYTES = 256;
 
     // The broker copy of message msg, with one reference for the caller. Fails (error info set)
     // for a null or stale handle or when memory runs out; *wire_p is then null.
@@ -135,10 +137,12 @@ class alignas(64) WireMessage {
 
     // ---- The content, immutable; any thread.
 
-    const CarriedHeader& header() const noexcept { return header_m; }
+    const CarriedHeader& header() const noexcept {
+        return fullHeader_m ? header_m : plainHeader(plainDestinationType_m);
+    }
     // Persistent or non-persistent (acknowledged, spooled), not direct.
     bool isGuaranteed() const noexcept {
-        return header_m.deliveryMode != ZORCLIENT_DELIVERY_MODE_DIRECT;
+        return header().deliveryMode != ZORCLIENT_DELIVERY_MODE_DIRECT;
     }
     // Destination and reply-to names as the sender set them (their types in header()); null
     // when not set.
@@ -146,10 +150,11 @@ class alignas(64) WireMessage {
     // The destination with its length, which the copy knows (empty when not set).
     std::string_view destinationView() const noexcept {
         constexpr int index = static_cast<int>(PartId::DESTINATION);
-        return has(index) ? std::string_view(
-                                reinterpret_cast<const char*>(bytes()) + parts_m[index].offset,
-                                parts_m[index].size)
-                          : std::string_view();
+        if (!has(index)) {
+            return std::string_view();
+        }
+        const View& view = viewOf(index);
+        return std::string_view(reinterpret_cast<const char*>(bytes()) + view.offset, view.size);
     }
     const char* replyTo() const noexcept { return text(PartId::REPLY_TO); }
     // A text part (DESTINATION .. HTTP_CONTENT_ENCODING) as a C string; null when absent.
@@ -175,25 +180,44 @@ class alignas(64) WireMessage {
         std::uint32_t offset = 0;
         std::uint32_t size = 0;
     };
+    static constexpr std::size_t FIXED_BYTES = 40;  // the fields in front of area_m
 
     static_assert(NUM_PARTS <= 16, "presence is a 16-bit mask");
     bool has(int index) const noexcept { return (present_m & (1u << index)) != 0; }
-    const std::uint8_t* bytes() const noexcept {
-        return block_mp != nullptr ? block_mp->bytes() : inline_m;
+    int presentCount() const noexcept { return __builtin_popcount(present_m); }
+    // The views of the present parts, in part order: present part i has the view at the number
+    // of present parts before it.
+    const View* views() const noexcept {
+        return std::launder(reinterpret_cast<const View*>(area_m));
     }
+    const View& viewOf(int index) const noexcept {
+        return views()[__builtin_popcount(present_m & ((1u << index) - 1))];
+    }
+    const std::uint8_t* bytes() const noexcept {
+        return block_mp != nullptr
+                   ? block_mp->bytes()
+                   : area_m + sizeof(View) * static_cast<std::size_t>(presentCount());
+    }
+    // CarriedHeader{} with destinationType type, for the types a header may have.
+    static const CarriedHeader& plainHeader(std::int32_t type) noexcept;
+    // Whether header is plainHeader(header.destinationType), so that a copy need not carry it.
+    static bool isPlain(const CarriedHeader& header) noexcept;
 
-    // Only the views of present parts are written, so a copy touches no more of its lines than
-    // its content needs.
+    // What a receiver reads of a typical message comes first and is contiguous: these fields,
+    // the views of the present parts, then the parts themselves. The header fields of a message
+    // that sets none of them besides its destination type are not copied at all; header_m, at
+    // the far end, is written only for a message that does.
     std::atomic<std::uint32_t> references_m{0};
     std::uint16_t present_m = 0;  // bit i: part i is present
-    CarriedHeader header_m;
+    bool fullHeader_m = false;    // header_m holds the header; else plainHeader(...)
     bool hasCorrelationTag_m = false;
-    void* correlationTag_mp = nullptr;
+    std::uint32_t contentSize_m = 0;
+    std::int32_t plainDestinationType_m = ZORCLIENT_NULL_DESTINATION;
+    DataBlock* block_mp = nullptr;  // null: the bytes are in area_m behind the views
     zorClient_uint64_t expirationMs_m = 0;
-    std::size_t contentSize_m = 0;
-    DataBlock* block_mp = nullptr;  // null: the bytes are in inline_m
-    View parts_m[NUM_PARTS];
-    std::uint8_t inline_m[INLINE_BYTES];
+    void* correlationTag_mp = nullptr;
+    alignas(8) std::uint8_t area_m[AREA_BYTES];
+    CarriedHeader header_m;
 };
 
 }  // namespace zorvane::zorclient
