@@ -2,6 +2,9 @@
 // what cannot be sent, statistics, library calls from inside callbacks, and bad handles.
 #include <gtest/gtest.h>
 
+#include <mutex>
+#include <vector>
+
 #include "DirectTestSupport.h"
 
 namespace {
@@ -102,6 +105,51 @@ TEST_F(DirectTest, EveryFieldArrivesAndTheSenderMayReuseItsMessageAtOnce) {
     ASSERT_TRUE(reflected.waitFor(1));
     EXPECT_EQ(std::string(100, 'a'), reflected.received()[0].attachment);
     zorClient_msg_free(&got);
+}
+
+// A copy carries the header only when the message sets a field besides its destination type;
+// copies are reused, so a plain message must not show what an earlier one on the same copy set.
+TEST_F(DirectTest, PlainAndFullHeadersAlternateWithoutLeakingIntoEachOther) {
+    struct Seen {
+        zorClient_returnCode_t rc;
+        zorClient_int32_t priority;
+        zorClient_uint8_t dmq;
+    };
+    auto read = [](zorClient_opaqueMsg_pt msg) {
+        Seen seen{ZORCLIENT_FAIL, 0, 0};
+        seen.rc = zorClient_msg_getPriority(msg, &seen.priority);
+        seen.dmq = static_cast<zorClient_uint8_t>(zorClient_msg_isDMQEligible(msg));
+        return seen;
+    };
+    Peer receiver(context());
+    receiver.subscribe("h/>");
+    std::mutex mutex;
+    std::vector<Seen> got;
+    receiver.onMessage = [&](zorClient_opaqueMsg_pt msg) {
+        std::lock_guard<std::mutex> lock(mutex);
+        got.push_back(read(msg));
+        return false;
+    };
+    Peer sender(context());
+    OutMsg msg("h/1");
+    std::vector<Seen> sent;
+    for (int i = 0; i < 300; ++i) {
+        zorClient_msg_reset(msg);
+        zorClient_msg_setTopicPtr(msg, i % 2 == 0 ? "h/plain" : "h/full");
+        if (i % 2 == 1) {
+            zorClient_msg_setPriority(msg, i % 10);
+            zorClient_msg_setDMQEligible(msg, 1);
+        }
+        sent.push_back(read(msg));
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(sender.session, msg));
+    }
+    ASSERT_TRUE(receiver.waitFor(sent.size()));
+    std::lock_guard<std::mutex> lock(mutex);
+    for (std::size_t i = 0; i < sent.size(); ++i) {
+        EXPECT_EQ(sent[i].rc, got[i].rc) << i;
+        EXPECT_EQ(sent[i].priority, got[i].priority) << i;
+        EXPECT_EQ(sent[i].dmq, got[i].dmq) << i;
+    }
 }
 
 TEST_F(DirectTest, SendMultipleGoesInOrderAndStopsAtTheFirstFailure) {

@@ -125,7 +125,7 @@ zorClient_returnCode_t zorClient_msg_setTopicPtr(Msg msg, const char* topic_p) {
     }
     return withMessage(msg, __func__, [&](Message& m) {
         m.part(PartId::DESTINATION).setView(topic_p, lengthOf(topic_p), PartStorage::CALLER);
-        m.header().destinationType = ZORCLIENT_TOPIC_DESTINATION;
+        m.setDestinationType(ZORCLIENT_TOPIC_DESTINATION);
         return ZORCLIENT_OK;
     });
 }
@@ -137,7 +137,7 @@ zorClient_returnCode_t zorClient_msg_setQueueNamePtr(Msg msg, const char* queueN
     return withMessage(msg, __func__, [&](Message& m) {
         m.part(PartId::DESTINATION)
             .setView(queueName_p, lengthOf(queueName_p), PartStorage::CALLER);
-        m.header().destinationType = ZORCLIENT_QUEUE_DESTINATION;
+        m.setDestinationType(ZORCLIENT_QUEUE_DESTINATION);
         return ZORCLIENT_OK;
     });
 }
@@ -153,7 +153,7 @@ zorClient_returnCode_t zorClient_msg_setDestination(Msg msg,
     return withMessage(msg, __func__, [&](Message& m) {
         m.part(PartId::DESTINATION)
             .setCopy(destination_p->dest, lengthOf(destination_p->dest), true);
-        m.header().destinationType = destination_p->destType;
+        m.setDestinationType(destination_p->destType);
         return ZORCLIENT_OK;
     });
 }

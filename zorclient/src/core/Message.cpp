@@ -70,6 +70,7 @@ void Message::clear() noexcept {
     }
     touched_m = 0;
     header_m = freshHeader_s;
+    headerTouched_m = false;
     if (delivery_m.delivered) {
         delivery_m = freshDelivery_s;
     }
@@ -86,6 +87,7 @@ void Message::clear() noexcept {
 
 void Message::copyFrom(const Message& other) {
     header_m = other.header_m;
+    headerTouched_m = other.headerTouched_m;
     delivery_m = other.delivery_m;
     setCorrelationTag(other.correlationTag_mp, other.correlationTagSize_m);
     attachWire(other.wire_mp);

@@ -112,8 +112,20 @@ class Message {
     // or keeps a block is among them, so a reset and a send look at these parts only; a
     // message carries two or three of its twelve parts, each on a cache line of its own.
     std::uint32_t touchedParts() const noexcept { return touched_m; }
-    CarriedHeader& header() noexcept { return header_m; }
+    // The mutable accessor marks the header as touched (see headerTouched()).
+    CarriedHeader& header() noexcept {
+        headerTouched_m = true;
+        return header_m;
+    }
     const CarriedHeader& header() const noexcept { return header_m; }
+    // Sets the destination type alone, leaving the header untouched.
+    void setDestinationType(zorClient_destinationType_t type) noexcept {
+        header_m.destinationType = type;
+    }
+    // False while no header field but the destination type was handed out for writing since
+    // the last clear(): the header is then CarriedHeader{} with that type, and a send need
+    // not compare nor copy it.
+    bool headerTouched() const noexcept { return headerTouched_m; }
     DeliveryState& delivery() noexcept { return delivery_m; }
     const DeliveryState& delivery() const noexcept { return delivery_m; }
 
@@ -164,6 +176,7 @@ class Message {
     WireMessage* wire_mp = nullptr;
     Container* firstContainer_mp = nullptr;
     std::uint16_t touched_m = 0;
+    bool headerTouched_m = false;
     static_assert(NUM_PARTS <= 16, "touched parts are a 16-bit mask");
     Part parts_m[NUM_PARTS];
 };

@@ -32,12 +32,6 @@ zorClient_destinationType_t family(zorClient_destinationType_t type) noexcept {
     }
 }
 
-CarriedHeader withDestinationType(zorClient_destinationType_t type) noexcept {
-    CarriedHeader header;
-    header.destinationType = type;
-    return header;
-}
-
 zorClient_uint64_t nowMs() noexcept {
     return static_cast<zorClient_uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(
                                                std::chrono::system_clock::now().time_since_epoch())
@@ -45,16 +39,6 @@ zorClient_uint64_t nowMs() noexcept {
 }
 
 }  // namespace
-
-const CarriedHeader& WireMessage::plainHeader(std::int32_t type) noexcept {
-    static const CarriedHeader headers_s[] = {
-        withDestinationType(ZORCLIENT_NULL_DESTINATION),
-        withDestinationType(ZORCLIENT_TOPIC_DESTINATION),
-        withDestinationType(ZORCLIENT_QUEUE_DESTINATION),
-        withDestinationType(ZORCLIENT_TOPIC_TEMP_DESTINATION),
-        withDestinationType(ZORCLIENT_QUEUE_TEMP_DESTINATION)};
-    return headers_s[type - ZORCLIENT_NULL_DESTINATION];
-}
 
 bool WireMessage::isPlain(const CarriedHeader& header) noexcept {
     return header.destinationType >= ZORCLIENT_NULL_DESTINATION &&
@@ -112,6 +96,7 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
     }
     static_assert(offsetof(WireMessage, area_m) == FIXED_BYTES,
                   "the views follow the fixed fields at once");
+    static_assert(countParts(0xFFFu) == 12 && countParts(0x801u) == 2 && countParts(0) == 0);
     // One place for all parts, texts with their NUL, so a receiver reads C strings in place:
     // behind the views in the copy itself, or a block when they do not fit.
     const std::size_t viewBytes = sizeof(View) * static_cast<std::size_t>(count);
@@ -148,24 +133,33 @@ WireMessage* WireMessage::snapshot(const Message& msg, const WireOverrides& over
         }
     }
     wire_p->present_m = static_cast<std::uint16_t>(present);
-    CarriedHeader header = msg.header();
-    if (overrides.destination_p != nullptr) {
-        header.destinationType = overrides.destinationType;
-    }
-    if (overrides.replyTo_p != nullptr) {
-        header.replyToType = overrides.replyToType;
-    }
-    if (overrides.markAsReply) {
-        header.isReply = true;
-    }
-    if (overrides.requestCorrelation != 0) {
-        header.requestCorrelation = overrides.requestCorrelation;
-    }
-    wire_p->fullHeader_m = !isPlain(header);
-    if (wire_p->fullHeader_m) {
-        wire_p->header_m = header;
+    if (!msg.headerTouched() && overrides.replyTo_p == nullptr && !overrides.markAsReply &&
+        overrides.requestCorrelation == 0) {
+        // The header is CarriedHeader{} with a destination type: nothing to compare or copy.
+        wire_p->fullHeader_m = false;
+        wire_p->plainDestinationType_m = overrides.destination_p != nullptr
+                                             ? overrides.destinationType
+                                             : msg.header().destinationType;
     } else {
-        wire_p->plainDestinationType_m = header.destinationType;
+        CarriedHeader header = msg.header();
+        if (overrides.destination_p != nullptr) {
+            header.destinationType = overrides.destinationType;
+        }
+        if (overrides.replyTo_p != nullptr) {
+            header.replyToType = overrides.replyToType;
+        }
+        if (overrides.markAsReply) {
+            header.isReply = true;
+        }
+        if (overrides.requestCorrelation != 0) {
+            header.requestCorrelation = overrides.requestCorrelation;
+        }
+        wire_p->fullHeader_m = !isPlain(header);
+        if (wire_p->fullHeader_m) {
+            wire_p->header_m = header;
+        } else {
+            wire_p->plainDestinationType_m = header.destinationType;
+        }
     }
     wire_p->hasCorrelationTag_m = msg.hasCorrelationTag();
     wire_p->correlationTag_mp = msg.correlationTag();

@@ -184,22 +184,40 @@ class alignas(64) WireMessage {
 
     static_assert(NUM_PARTS <= 16, "presence is a 16-bit mask");
     bool has(int index) const noexcept { return (present_m & (1u << index)) != 0; }
-    int presentCount() const noexcept { return __builtin_popcount(present_m); }
+    int presentCount() const noexcept { return countParts(present_m); }
     // The views of the present parts, in part order: present part i has the view at the number
     // of present parts before it.
     const View* views() const noexcept {
         return std::launder(reinterpret_cast<const View*>(area_m));
     }
     const View& viewOf(int index) const noexcept {
-        return views()[__builtin_popcount(present_m & ((1u << index) - 1))];
+        return views()[countParts(present_m & ((1u << index) - 1))];
     }
     const std::uint8_t* bytes() const noexcept {
         return block_mp != nullptr
                    ? block_mp->bytes()
                    : area_m + sizeof(View) * static_cast<std::size_t>(presentCount());
     }
+    static constexpr CarriedHeader plainOf(zorClient_destinationType_t type) noexcept {
+        CarriedHeader header;
+        header.destinationType = type;
+        return header;
+    }
     // CarriedHeader{} with destinationType type, for the types a header may have.
-    static const CarriedHeader& plainHeader(std::int32_t type) noexcept;
+    static const CarriedHeader& plainHeader(std::int32_t type) noexcept {
+        static constexpr CarriedHeader HEADERS[] = {
+            plainOf(ZORCLIENT_NULL_DESTINATION), plainOf(ZORCLIENT_TOPIC_DESTINATION),
+            plainOf(ZORCLIENT_QUEUE_DESTINATION), plainOf(ZORCLIENT_TOPIC_TEMP_DESTINATION),
+            plainOf(ZORCLIENT_QUEUE_TEMP_DESTINATION)};
+        return HEADERS[type - ZORCLIENT_NULL_DESTINATION];
+    }
+    // Bits set in a part mask, without a library call on processors of any generation.
+    static constexpr int countParts(std::uint32_t mask) noexcept {
+        mask = mask - ((mask >> 1) & 0x5555u);
+        mask = (mask & 0x3333u) + ((mask >> 2) & 0x3333u);
+        mask = (mask + (mask >> 4)) & 0x0F0Fu;
+        return static_cast<int>((mask + (mask >> 8)) & 0x1Fu);
+    }
     // Whether header is plainHeader(header.destinationType), so that a copy need not carry it.
     static bool isPlain(const CarriedHeader& header) noexcept;
 
