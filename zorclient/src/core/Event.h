@@ -4,7 +4,8 @@
 // - Delivery: "a message for session S / flow F". The target is the session or the flow; the
 //   payload is an owning reference to an immutable broker message, opaque to core: core only
 //   hands it to the payload's operations (make the application's receive message, release).
-//   Fan-out to N receivers queues N deliveries that share one payload object.
+//   Fan-out to N receivers queues N deliveries, each with a payload of its own that refers to
+//   the one shared broker message.
 // - SessionEvent, FlowEvent, CacheEvent: a zorClient event with its texts and error info in a
 //   ControlRecord from the context's pool.
 // - UserCallback: an application function to run on the context thread

@@ -4,7 +4,8 @@
 // SEND. A send (zorClient_session_sendMsg, sendMultipleMsg, a transacted send, a request or a
 // reply) calls WireMessage::snapshot(msg, &wire) once, before anything else looks at the message.
 // The snapshot copies every carried header field and every part (pointer parts included) into
-// one data block and returns the copy with one reference, owned by the caller. From then on the
+// the copy (parts that do not fit: into one data block) and returns the copy with one
+// reference, owned by the caller. From then on the
 // application's message is untouched by the library and may be reset, refilled or freed at once,
 // even before the broker has routed the copy; pointers given to "...Ptr" setters are not used
 // again. The correlation tag is captured in the copy for the sender's acknowledgement events
@@ -14,9 +15,11 @@
 //
 // FAN-OUT. The copy is immutable: any number of threads may read it at the same time without a
 // lock. Each holder of the copy (an endpoint spooling it, a context queue entry, a cache, a
-// replay log, a received message made from it) takes a reference with retain() and gives it
-// back with release(); the last release returns the copy and its block to the pools. retain()
-// and release() may be called from any thread, also concurrently for the same copy.
+// replay log, a received message made from it) holds a reference: taken with retain(), or
+// handed over (the router gives a fresh copy one reference per delivery with shareAmong(), and
+// a received message may take over its delivery's), and given back with release(); the last
+// release returns the copy and its block to the pools. retain() and release() may be called
+// from any thread, also concurrently for the same copy.
 //
 // DELIVERY. For each delivery the receiving side calls wire->materialize(delivery, &msg): it
 // makes a library message that shares the copy's bytes (no payload is copied; the message holds
