@@ -11,14 +11,14 @@
 #include "common/MsgProperties.h"
 #include "common/PublishProperties.h"
 #include "tests/unit/ClientProbe.h"
-#include "tests/unit/CountingAllocator.h"
 #include "tests/unit/ZcoreTestSupport.h"
 #include "zorClientMsg.h"
+#include "zorclient/tests/CountingAllocator.h"
 
 namespace zorvane::pubsub {
 namespace {
 
-using test::AllocationCount;
+using zctest::AllocationCount;
 
 TEST(ClientHotPath, ReceivingAMessageAllocatesNothing) {
     ASSERT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_ERROR, nullptr));

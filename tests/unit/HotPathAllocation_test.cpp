@@ -13,15 +13,15 @@
 #include "common/PublishMessageCycle.h"
 #include "common/PublishProperties.h"
 #include "common/ToolData.h"
-#include "tests/unit/CountingAllocator.h"
 #include "tests/unit/NullClient.h"
 #include "tests/unit/TestClient.h"
 #include "vexload/ClientPubThread.h"
+#include "zorclient/tests/CountingAllocator.h"
 
 namespace zorvane::pubsub {
 namespace {
 
-using test::AllocationCount;
+using zctest::AllocationCount;
 
 TEST(HotPathAllocation, DecodeLatencyAndInOrderChecksAllocateNothing) {
     PerfStats stats("hot", 1000000, 1024, 11, 0.0);
@@ -133,7 +133,7 @@ class AllocationWatchingClient : public NullClient {
 
   private:
     void note() {
-        atLastSend_m = test::countedAllocations();
+        atLastSend_m = zctest::countedAllocations();
         if (atFirstSend_m < 0) {
             atFirstSend_m = atLastSend_m;
         }

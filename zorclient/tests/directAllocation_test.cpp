@@ -3,7 +3,8 @@
 // without touching the heap. The pools grow with the most messages ever in flight at once, so
 // the warm-up holds the receiver until more are in flight than any measured round allows;
 // after it, every round must allocate nothing. This program replaces the global allocation
-// functions with counting ones; the library, loaded into it, allocates through them.
+// functions with counting ones (CountingAllocator.h); the library, loaded into it, allocates
+// through them.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -11,38 +12,9 @@
 #include <new>
 #include <vector>
 
+#include "CountingAllocator.h"
 #include "DirectTestSupport.h"
 
-namespace {
-std::atomic<long> allocations_s{0};
-}
-
-// The replacements come as a whole (new takes from malloc, every delete gives back to free).
-// Over-aligned allocations keep the library's own functions: only pools grow with them.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-
-void* operator new(std::size_t size) {
-    allocations_s.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size == 0 ? 1 : size)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    std::free(p);
-}
 namespace {
 
 using namespace zctest;
@@ -104,13 +76,15 @@ void expectWarmRoundsAllocateNothing(zorClient_opaqueSession_pt sender,
             std::this_thread::yield();
         }
     };
-    const long before = allocations_s.load();
-    run(20000, 1000);  // fills the pools and the per-thread caches beyond what follows needs
-    EXPECT_GT(allocations_s.load(), before) << "the counting allocator does not count";
+    {
+        const AllocationCount warmUp;
+        run(20000, 1000);  // fills the pools and the per-thread caches beyond what follows needs
+        EXPECT_GT(warmUp.allocations(), 0) << "the counting allocator does not count";
+    }
     for (int round = 0; round < 3; ++round) {
-        const long warm = allocations_s.load();
+        const AllocationCount warm;
         run(20000, 200);
-        EXPECT_EQ(0, allocations_s.load() - warm) << "round " << round;
+        EXPECT_EQ(0, warm.allocations()) << "round " << round;
     }
     EXPECT_EQ(expected, received_s.load());
 }

@@ -1,5 +1,6 @@
 // Counting replacements of the global allocation functions, for the tests
-// that prove a hot path allocates nothing.
+// that prove a hot path allocates nothing: the library's, and the tool's on
+// top of it.
 //
 // Include this header in exactly one source file of a test program: it
 // defines the replaceable operator new and delete forms (which must not be
@@ -19,7 +20,7 @@
 #include <cstdlib>
 #include <new>
 
-namespace zorvane::pubsub::test {
+namespace zctest {
 
 namespace counting_allocator_detail {
 inline std::atomic<int> armed_s{0};
@@ -91,7 +92,7 @@ class AllocationCount {
     long start_m = 0;
 };
 
-}  // namespace zorvane::pubsub::test
+}  // namespace zctest
 
 // The replacements come as a whole (new takes from malloc, every delete gives
 // back to free); once they are inlined into the including program's code the
@@ -99,14 +100,14 @@ class AllocationCount {
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
 
 void* operator new(std::size_t size) {
-    return zorvane::pubsub::test::counting_allocator_detail::allocate(size);
+    return zctest::counting_allocator_detail::allocate(size);
 }
 void* operator new[](std::size_t size) {
-    return zorvane::pubsub::test::counting_allocator_detail::allocate(size);
+    return zctest::counting_allocator_detail::allocate(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     try {
-        return zorvane::pubsub::test::counting_allocator_detail::allocate(size);
+        return zctest::counting_allocator_detail::allocate(size);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -115,10 +116,10 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
     return operator new(size, std::nothrow);
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
-    return zorvane::pubsub::test::counting_allocator_detail::allocateAligned(size, alignment);
+    return zctest::counting_allocator_detail::allocateAligned(size, alignment);
 }
 void* operator new[](std::size_t size, std::align_val_t alignment) {
-    return zorvane::pubsub::test::counting_allocator_detail::allocateAligned(size, alignment);
+    return zctest::counting_allocator_detail::allocateAligned(size, alignment);
 }
 void operator delete(void* p) noexcept {
     std::free(p);
