@@ -113,20 +113,20 @@ void Session::countReceived(const Message& msg) noexcept {
     const std::uint64_t bytes = msg.wire() != nullptr ? msg.wire()->contentSize() : 0;
     switch (msg.header().deliveryMode) {
         case ZORCLIENT_DELIVERY_MODE_DIRECT:
-            stats_m.addRx(ZORCLIENT_STATS_RX_DIRECT_MSGS);
-            stats_m.addRx(ZORCLIENT_STATS_RX_DIRECT_BYTES, bytes);
+            stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_DIRECT_MSGS);
+            stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_DIRECT_BYTES, bytes);
             break;
         case ZORCLIENT_DELIVERY_MODE_PERSISTENT:
-            stats_m.addRx(ZORCLIENT_STATS_RX_PERSISTENT_MSGS);
-            stats_m.addRx(ZORCLIENT_STATS_RX_PERSISTENT_BYTES, bytes);
+            stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_PERSISTENT_MSGS);
+            stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_PERSISTENT_BYTES, bytes);
             break;
         default:
-            stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_MSGS);
-            stats_m.addRx(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES, bytes);
+            stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_NONPERSISTENT_MSGS);
+            stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES, bytes);
             break;
     }
     if (msg.delivery().discardIndication) {
-        stats_m.addRx(ZORCLIENT_STATS_RX_DISCARD_IND);
+        stats_m.addRxFromDispatch(ZORCLIENT_STATS_RX_DISCARD_IND);
     }
 }
 

@@ -27,6 +27,14 @@ class SessionStats {
     void addRx(zorClient_stats_rx id, std::uint64_t amount = 1) noexcept {
         rx_m.counters[id].fetch_add(amount, std::memory_order_relaxed);
     }
+    // For the counters that only the thread running the session's callbacks writes (one
+    // thread at a time, as a context runs them): the data counters of received messages. A
+    // plain load and store, no locked instruction on the receive path; readers on other threads
+    // still see whole values.
+    void addRxFromDispatch(zorClient_stats_rx id, std::uint64_t amount = 1) noexcept {
+        std::atomic<std::uint64_t>& counter = rx_m.counters[id];
+        counter.store(counter.load(std::memory_order_relaxed) + amount, std::memory_order_relaxed);
+    }
     void addTx(zorClient_stats_tx id, std::uint64_t amount = 1) noexcept {
         tx_m.counters[id].fetch_add(amount, std::memory_order_relaxed);
     }
