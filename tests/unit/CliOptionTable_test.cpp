@@ -10,6 +10,7 @@
 
 #include "common/CliOption.h"
 #include "tests/unit/CliTestSupport.h"
+#include "tests/unit/TempPath.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -113,7 +114,7 @@ TEST(CliOptionTableTest, RowsStandInMatchingOrderAndFitTheKeyTable) {
 }
 
 TEST(CliOptionTableTest, EveryWordIsAcceptedInItsLowerAndUpperCaseForm) {
-    const std::string file = ::testing::TempDir() + "option_table_list.txt";
+    const std::string file = test::tempPath("option_table_list.txt");
     std::ofstream(file) << "one\ntwo:2\n";
     std::map<std::string, std::string> samples = {
         {"-cm=", "reply"}, {"-mrt=", "max"},    {"-mt=", "persistent"}, {"-aem=", "windowed"},

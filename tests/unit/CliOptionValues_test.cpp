@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tests/unit/CliTestSupport.h"
+#include "tests/unit/TempPath.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -178,7 +179,7 @@ TEST(CliOptionValuesTest, MeasurementSessionAndGeneralOptions) {
 }
 
 TEST(CliOptionValuesTest, FilesAreReadAtTheirPlaceOnTheLine) {
-    const std::string file = ::testing::TempDir() + "option_values_list.txt";
+    const std::string file = test::tempPath("option_values_list.txt");
     std::ofstream(file) << "one\ntwo:2\n";
     expectCases(
         {

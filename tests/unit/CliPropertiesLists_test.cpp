@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tests/unit/CliTestSupport.h"
+#include "tests/unit/TempPath.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -21,9 +22,7 @@ class CliPropertiesListsTest : public ::testing::Test {
         }
     }
     std::string writeFile(const std::string& text) {
-        const std::string name = ::testing::TempDir() + "lists_" + std::to_string(files_m.size()) +
-                                 "_" +
-                                 ::testing::UnitTest::GetInstance()->current_test_info()->name();
+        const std::string name = test::tempPath("lists_" + std::to_string(files_m.size()));
         std::ofstream(name) << text;
         files_m.push_back(name);
         return name;

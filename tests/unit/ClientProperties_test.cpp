@@ -13,6 +13,7 @@
 
 #include "common/CliProperties.h"
 #include "common/PubSubException.h"
+#include "tests/unit/TempPath.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -27,8 +28,7 @@ struct TempFile {
         std::ofstream(path_m, std::ios::binary) << content;
     }
     ~TempFile() { std::remove(path_m.c_str()); }
-    const std::string path_m =
-        ::testing::TempDir() + "clientPropsPassword." + std::to_string(getpid());
+    const std::string path_m = test::tempPath("clientPropsPassword");
 };
 
 // Builds the record and returns the text of the exception it raises.

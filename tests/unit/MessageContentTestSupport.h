@@ -13,6 +13,7 @@
 #include "common/Log.h"
 #include "common/PubSubException.h"
 #include "common/PublishProperties.h"
+#include "tests/unit/TempPath.h"
 
 namespace zorvane::pubsub::contenttest {
 
@@ -29,7 +30,7 @@ std::string faultOf(Action action) {
 
 // A file in the test's temporary folder; returns its path.
 inline std::string tempFile(const std::string& name, const std::string& contents) {
-    const std::string path = ::testing::TempDir() + name;
+    const std::string path = test::tempPath(name);
     DiskUtils::writeFile(path, contents);
     return path;
 }
