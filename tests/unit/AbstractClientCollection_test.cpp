@@ -186,11 +186,8 @@ TEST(ClientCollectionMsgArray, BuildsThroughTheSharedBuilder) {
 
 class FromCommandLine : public ::testing::Test {
   protected:
-    CliProperties parse(std::vector<std::string> args) {
-        CliProperties props(CliProperties::VEX_LOAD, "1.0.0");
-        const test::ParseOutcome outcome = test::parseLine(props, std::move(args));
-        EXPECT_EQ(outcome.status, -1) << outcome.err;
-        return props;
+    static CliProperties parse(std::vector<std::string> args) {
+        return test::parsedStore(std::move(args));
     }
     PublishProperties publishProps_m;
 };

@@ -21,9 +21,7 @@ namespace {
 
 using P = PerfStats;
 
-ClientProperties clientProps() {
-    return ClientProperties(CliProperties(CliProperties::VEX_LOAD, "1.0.0"));
-}
+constexpr auto clientProps = NullClient::defaultProps;
 
 // 1024 buckets of 2^11 ticks, no warm-up; no feature on.
 StatsCustomizationProperties measuring() {
@@ -401,6 +399,7 @@ TEST(ReceiveDump, DumpIsFramedOnStandardOutput) {
 }
 
 TEST(ReceiveSlowSubscriber, DelayComesOnlyWhileCountedEnabledAndConnected) {
+    LogCapture log;
     ClientProperties props = clientProps();
     props.setSlowSubDelayInMillis(1);
     props.setSlowSubDelayCount(3);
@@ -416,6 +415,8 @@ TEST(ReceiveSlowSubscriber, DelayComesOnlyWhileCountedEnabledAndConnected) {
         client->receive(msg);
     }
     EXPECT_EQ(client->slowSubDelays_m, 3);
+    EXPECT_EQ(client->slowSubCount(), 0);
+    EXPECT_EQ(log.count("CLIENT 000001: Done Sleeping for slow subscriber."), 3U);
     EXPECT_EQ(client->stat(P::NUM_MSGS_RECV), 7U);
 }
 

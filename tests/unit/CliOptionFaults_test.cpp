@@ -30,6 +30,10 @@ std::string range(const std::string& text, const std::string& value) {
     return "ERROR: " + text + value + "\n\n";
 }
 
+std::string unknown(const std::string& arg) {
+    return "ERROR: Unknown option '" + arg + "'\n\ntype vexload_c -h for the option list\n";
+}
+
 // Range faults of the option table share one check; a lower bound, an upper
 // bound and a two-value range stand for all of them.
 TEST(CliOptionFaultsTest, ValuesAreCheckedWhenTheirOptionIsMet) {
@@ -100,7 +104,14 @@ TEST(CliOptionFaultsTest, SubscribingMeasurementAndSessionValues) {
              range("Invalid value for -stc with -stp, (1..) is valid: ", "0")},
             {{"-ptc=-3", "-ptp=p"},
              range("Invalid value for -ptc with -ptp, (1..) is valid: ", "-3")},
-            {{"-Cc=1"}, "ERROR: Unknown option '-Cc=1'\n\ntype vexload_c -h for the option list\n"},
+            // Only whole words, in one case, with their value where they take one.
+            {{"-Cc=1"}, unknown("-Cc=1")},
+            {{"-x"}, unknown("-x")},
+            {{"-vx"}, unknown("-vx")},
+            {{"-Log=info"}, unknown("-Log=info")},
+            {{"-log"}, unknown("-log")},
+            {{"-logfile"}, unknown("-logfile")},
+            {{"-v", "-zz"}, unknown("-zz")},
             {{"-poo=-1"},
              "ERROR: Invalid value for publisher order offset. \n"
              "       Valid values are either a single non-negative integer,\n"

@@ -1,6 +1,5 @@
 #include "common/CliProperties.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -8,11 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/unit/CliTestSupport.h"
+
 namespace zorvane::pubsub {
 namespace {
-
-using ::testing::ExitedWithCode;
-using ::testing::StrEq;
 
 // True when the getter of the given type finds nothing under the key.
 bool getterYieldsEmpty(const CliProperties& props, const std::string& key, CliPropertyType type) {
@@ -45,29 +43,23 @@ bool getterYieldsEmpty(const CliProperties& props, const std::string& key, CliPr
     return false;
 }
 
-// The store's value under the row's key, read with the getter of the row's
-// type, compared with the row's default: a default written through the wrong
-// setter (an INT64 cut to INT32, a string into the wrong map) shows here.
-void expectDefault(const CliProperties& props, const CliPropertyKey& row) {
-    const std::string key = row.name_mp;
+// The row's default as the store's text of a value of its type: read back
+// with the typed getter, a default written through the wrong setter (an
+// INT64 cut to INT32, a string into the wrong map) shows. Lists and maps
+// start empty.
+std::string defaultText(const CliPropertyKey& row) {
     switch (row.type_m) {
         case CliPropertyType::BOOLEAN:
-            EXPECT_EQ(props.getBooleanProperty(key, !row.boolDefault_m), row.boolDefault_m);
-            break;
+            return test::text(row.boolDefault_m);
         case CliPropertyType::INTEGER:
-            EXPECT_EQ(props.getIntegerProperty(key), row.intDefault_m);
-            break;
         case CliPropertyType::INT64:
-            EXPECT_EQ(props.getInt64Property(key), row.intDefault_m);
-            break;
+            return test::text(row.intDefault_m);
         case CliPropertyType::DOUBLE:
-            EXPECT_EQ(props.getDoubleProperty(key), row.doubleDefault_m);
-            break;
+            return test::text(row.doubleDefault_m);
         case CliPropertyType::STRING:
-            EXPECT_EQ(props.getStringProperty(key), row.stringDefault_mp);
-            break;
-        default:  // every list and map starts empty
-            EXPECT_TRUE(getterYieldsEmpty(props, key, row.type_m));
+            return row.stringDefault_mp;
+        default:
+            return "";
     }
 }
 
@@ -90,7 +82,7 @@ TEST(CliPropertiesTest, EveryKeyLivesOnlyInTheMapOfItsTypeWithItsDefault) {
             }
         }
         if (row.hasDefault_m) {
-            expectDefault(props, row);
+            EXPECT_EQ(test::valueOf(props, key), defaultText(row));
         }
     }
     EXPECT_GT(withDefault, 0u);
@@ -143,57 +135,25 @@ TEST(CliPropertiesTest, ReadsAndWritesFollowTheStoreRules) {
     EXPECT_TRUE(props.getVectorProperty(CliProperties::SDM_FILE_LIST).empty());
 }
 
-// ---- the first-step command-line parser ----
+TEST(CliPropertiesTest, AcceptedFirstStepOptionsLandInTheStore) {
+    CliProperties props(TOOL_NAME, "1.2.3");
+    const size_t defaults = props.propertyCount();
+    EXPECT_EQ(test::parseLine(props, {}).status, -1);
+    props.parseOptions(0, nullptr);
+    EXPECT_EQ(props.propertyCount(), defaults);
+    EXPECT_FALSE(props.getBooleanProperty(CliProperties::PRINT_VERSION_AND_EXIT));
 
-class CliPropertiesParseTest : public ::testing::Test {
-  protected:
-    void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
-    void parse(std::vector<std::string> args) {
-        args.insert(args.begin(), "vexload_c");
-        std::vector<char*> argV;
-        for (std::string& arg : args) {
-            argV.push_back(arg.data());
-        }
-        argV.push_back(nullptr);
-        props_m.parseOptions(static_cast<int>(args.size()), argV.data());
-    }
-
-    CliProperties props_m{TOOL_NAME, "1.2.3"};
-};
-
-TEST_F(CliPropertiesParseTest, AcceptedOptionsLandInTheStore) {
-    const size_t defaults = props_m.propertyCount();
-    parse({});
-    props_m.parseOptions(0, nullptr);
-    EXPECT_EQ(props_m.propertyCount(), defaults);
-    EXPECT_FALSE(props_m.getBooleanProperty(CliProperties::PRINT_VERSION_AND_EXIT));
-
-    parse({"-log=debug", "-LOGF=/tmp/a=b.log", "-V"});
-    EXPECT_EQ(props_m.getStringProperty(CliProperties::LOG_LEVEL), "debug");
-    EXPECT_EQ(props_m.getStringProperty(CliProperties::LOG_FILE), "/tmp/a=b.log");
-    EXPECT_TRUE(props_m.getBooleanProperty(CliProperties::PRINT_VERSION_AND_EXIT));
+    test::parseLine(props, {"-log=debug", "-LOGF=/tmp/a=b.log", "-V"});
+    EXPECT_EQ(props.getStringProperty(CliProperties::LOG_LEVEL), "debug");
+    EXPECT_EQ(props.getStringProperty(CliProperties::LOG_FILE), "/tmp/a=b.log");
+    EXPECT_TRUE(props.getBooleanProperty(CliProperties::PRINT_VERSION_AND_EXIT));
 
     CliProperties second(TOOL_NAME, "1.2.3");
-    props_m = second;
-    parse({"-LOG=info", "-logf=", "-v", "-log=notice"});
-    EXPECT_EQ(props_m.getStringProperty(CliProperties::LOG_LEVEL), "notice");
-    EXPECT_TRUE(props_m.hasProperty(CliProperties::LOG_FILE, CliPropertyType::STRING));
-    EXPECT_EQ(props_m.getStringProperty(CliProperties::LOG_FILE), "");
-    EXPECT_TRUE(props_m.getBooleanProperty(CliProperties::PRINT_VERSION_AND_EXIT));
-}
-
-TEST_F(CliPropertiesParseTest, UnknownOptionEndsTheProcessNamingTheArgument) {
-    const std::vector<std::vector<std::string>> lines = {
-        {"-x"}, {"-vx"}, {"-Log=info"}, {"-log"}, {"-logfile"}, {"-v", "-zz"},
-    };
-    for (const auto& line : lines) {
-        const std::string& bad = line.back();
-        SCOPED_TRACE(bad);
-        EXPECT_EXIT(parse(line), ExitedWithCode(255),
-                    StrEq("ERROR: Unknown option '" + bad +
-                          "'\n\ntype vexload_c -h for the option list\n"));
-    }
+    test::parseLine(second, {"-LOG=info", "-logf=", "-v", "-log=notice"});
+    EXPECT_EQ(second.getStringProperty(CliProperties::LOG_LEVEL), "notice");
+    EXPECT_TRUE(second.hasProperty(CliProperties::LOG_FILE, CliPropertyType::STRING));
+    EXPECT_EQ(second.getStringProperty(CliProperties::LOG_FILE), "");
+    EXPECT_TRUE(second.getBooleanProperty(CliProperties::PRINT_VERSION_AND_EXIT));
 }
 
 }  // namespace

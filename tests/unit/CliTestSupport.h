@@ -68,6 +68,19 @@ inline ParseOutcome parseLine(CliProperties& props, std::vector<std::string> arg
     return runCaptured([&] { props.parseOptions(static_cast<int>(args.size()), argV.data()); });
 }
 
+// The store of a bare command line.
+inline CliProperties defaultStore() {
+    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
+}
+
+// The store a run makes of args, which must parse.
+inline CliProperties parsedStore(std::vector<std::string> args) {
+    CliProperties props = defaultStore();
+    const ParseOutcome outcome = parseLine(props, std::move(args));
+    EXPECT_EQ(outcome.status, -1) << outcome.err;
+    return props;
+}
+
 // Values as text: lists joined by ",", lists of lists by ";", maps as k@v.
 template <typename T>
 std::string text(const T& value) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
@@ -13,14 +12,15 @@
 
 #include "common/CliProperties.h"
 #include "common/PubSubException.h"
+#include "tests/unit/CliTestSupport.h"
 #include "tests/unit/TempPath.h"
+#include "tests/unit/ThrownText.h"
 
 namespace zorvane::pubsub {
 namespace {
 
-CliProperties makeStore() {
-    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
-}
+using test::defaultStore;
+using test::messageOf;
 
 // A file of the given content, removed again at the end of the test.
 struct TempFile {
@@ -31,22 +31,12 @@ struct TempFile {
     const std::string path_m = test::tempPath("clientPropsPassword");
 };
 
-// Builds the record and returns the text of the exception it raises.
-std::string buildError(const CliProperties& cli) {
-    try {
-        ClientProperties props(cli);
-    } catch (const PubSubException& e) {
-        return e.what();
-    }
-    return "no exception";
-}
-
 // ---- the store's keys land in the right fields ----
 
 TEST(ClientPropertiesFromStore, NeighbouringKeysAreNotMixedUp) {
     // Keys with similar names and types get distinct values, so a field read
     // from its neighbour's key shows.
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setIntegerProperty(CliProperties::CLIENT_DTO_LOCAL_PRIORITY, 3);
     cli.setIntegerProperty(CliProperties::CLIENT_DTO_NETWORK_PRIORITY, 4);
     cli.setIntegerProperty(CliProperties::SOCKET_RCV_BUF_SIZE, 1000);
@@ -69,7 +59,7 @@ TEST(ClientPropertiesFromStore, NeighbouringKeysAreNotMixedUp) {
 }
 
 TEST(ClientPropertiesFromStore, ReflectTopicIsFirstTopicOfFirstGroup) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{"a", "b"}, {"c"}});
     EXPECT_EQ(ClientProperties(cli).getClientReflectTopic(), "a");
     cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{}});
@@ -88,7 +78,7 @@ TEST(ClientPropertiesMaxFlows, TemporaryEndpointsAskForOneFlowMore) {
         {0, 0, -1}, {500, 0, 501}, {0, 3, 4}, {5, 6, 6}, {5, 7, 8}, {5, 2, 6}, {-4, 0, -1},
     };
     for (const Case& c : cases) {
-        CliProperties cli = makeStore();
+        CliProperties cli = defaultStore();
         cli.setIntegerProperty(CliProperties::NUM_TEMP_TOPIC_ENDPOINTS, c.topicEndpoints);
         cli.setIntegerProperty(CliProperties::NUM_TEMP_QUEUE_ENDPOINTS, c.queueEndpoints);
         EXPECT_EQ(ClientProperties(cli).getMaxFlows(), c.maxFlows)
@@ -98,59 +88,46 @@ TEST(ClientPropertiesMaxFlows, TemporaryEndpointsAskForOneFlowMore) {
 
 // ---- password ----
 
-TEST(ClientPropertiesPassword, FileContentIsTakenWholeLineEndAndBinaryIncluded) {
-    const std::string content("s3cret\0\r\n", 9);
+TEST(ClientPropertiesPassword, FileIsTakenWholeUnlessAPasswordIsGivenAndFaultsNameIt) {
+    const std::string content("s3cret\0\r\n", 9);  // line end and binary included
     TempFile file(content);
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, file.path_m);
     EXPECT_EQ(ClientProperties(cli).getPassword(), content);
-}
 
-TEST(ClientPropertiesPassword, ExplicitPasswordWinsAndFileIsNotOpened) {
-    CliProperties cli = makeStore();
-    cli.setStringProperty(CliProperties::CLIENT_PASSWORD, "given");
+    const auto buildError = [&] { return messageOf([&] { ClientProperties props(cli); }); };
     cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, "/nonexistent/dir/password");
-    EXPECT_EQ(ClientProperties(cli).getPassword(), "given");
-}
-
-TEST(ClientPropertiesPassword, FileErrorsNameTheFile) {
-    CliProperties cli = makeStore();
-    cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, "/nonexistent/dir/password");
-    EXPECT_EQ(buildError(cli), "File not found. /nonexistent/dir/password");
+    EXPECT_EQ(buildError(), "File not found. /nonexistent/dir/password");
     cli.setStringProperty(CliProperties::CLIENT_PASSWORD_FILE, "/tmp");
-    EXPECT_EQ(buildError(cli), "File could not be read. /tmp");
+    EXPECT_EQ(buildError(), "File could not be read. /tmp");
+    // A given password wins and the file is not opened.
+    cli.setStringProperty(CliProperties::CLIENT_PASSWORD, "given");
+    EXPECT_EQ(ClientProperties(cli).getPassword(), "given");
 }
 
 // ---- names ----
 
-TEST(ClientPropertiesNames, WithoutPrefixNamesUseDefaultRootAndIdsAreDigitsOnly) {
-    const ClientProperties props(makeStore());
-    EXPECT_EQ(props.generateClientName(2), "perf_client000002");
-    EXPECT_EQ(props.generateClientIdStr(1), "000001");
-    EXPECT_EQ(props.generateClientUsername(3), "perf_client000003");
-}
+TEST(ClientPropertiesNames, PrefixReplacesTheRootIdsAreDigitsOnlyAndAUserNameIsShared) {
+    const ClientProperties plain(defaultStore());
+    EXPECT_EQ(plain.generateClientName(2), "perf_client000002");
+    EXPECT_EQ(plain.generateClientIdStr(1), "000001");
+    EXPECT_EQ(plain.generateClientUsername(3), "perf_client000003");
 
-TEST(ClientPropertiesNames, PrefixReplacesRootAndWideIndexesKeepAllDigits) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setStringProperty(CliProperties::CLIENT_NAME_PREFIX, "abc");
-    const ClientProperties props(cli);
-    EXPECT_EQ(props.generateClientName(42), "abc000042");
-    EXPECT_EQ(props.generateClientIdStr(42), "abc000042");
-    EXPECT_EQ(props.generateClientName(1234567), "abc1234567");
-}
-
-TEST(ClientPropertiesNames, ConfiguredUserNameIsSharedWithoutIndex) {
-    CliProperties cli = makeStore();
     cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 3);
     cli.setStringProperty(CliProperties::CLIENT_USERNAME, "me");
     const ClientProperties props(cli);
+    EXPECT_EQ(props.generateClientName(42), "abc000042");
+    EXPECT_EQ(props.generateClientIdStr(42), "abc000042");
+    EXPECT_EQ(props.generateClientName(1234567), "abc1234567");  // wide indexes keep all digits
     EXPECT_EQ(props.generateClientUsername(1) + props.generateClientUsername(3), "meme");
 }
 
-// ---- setters with checks, copies ----
+// ---- setters with checks ----
 
 TEST(ClientPropertiesRecord, NumClientsBelowOneIsRefused) {
-    ClientProperties props(makeStore());
+    ClientProperties props(defaultStore());
     EXPECT_THROW(props.setNumClients(-5), std::invalid_argument);
     try {
         props.setNumClients(0);
@@ -158,50 +135,6 @@ TEST(ClientPropertiesRecord, NumClientsBelowOneIsRefused) {
         EXPECT_STREQ(e.what(), "num clients < 1");
     }
     EXPECT_EQ(props.getNumClients(), 1);
-}
-
-TEST(ClientPropertiesRecord, CloneIsIndependentAndComplete) {
-    CliProperties cli = makeStore();
-    cli.setStringProperty(CliProperties::CLIENT_NAME_PREFIX, "abc");
-    cli.setVectorProperty(CliProperties::EXTRA_PROPS_LIST, {"SESSION_MAX_FLOWS", "501"});
-    cli.setIntegerProperty(CliProperties::NUM_TEMP_TOPIC_ENDPOINTS, 9);
-    const ClientProperties original(cli);
-
-    std::unique_ptr<ClientProperties> copy = original.clone();
-    EXPECT_EQ(copy->toString(), original.toString());
-
-    copy->setClientPrefix("xyz");
-    copy->setExtraPropsList({});
-    copy->setMaxFlows(2);
-    EXPECT_EQ(original.generateClientName(1), "abc000001");
-    EXPECT_EQ(original.getExtraPropsList().size(), 2u);
-    EXPECT_EQ(original.getMaxFlows(), 10);
-}
-
-// ---- debug text ----
-
-TEST(ClientPropertiesText, ToStringHasEveryLabelInOrder) {
-    CliProperties cli = makeStore();
-    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 3);
-    cli.setStringProperty(CliProperties::CLIENT_IP_ADDR, "tcp://10.0.0.1:55555");
-    cli.setVectorProperty(CliProperties::EXTRA_PROPS_LIST, {"A", "1", "B", "2"});
-    cli.setVectorMapInt32Uint64Property(CliProperties::SUB_ORDER_OFFSETS,
-                                        {{{1, 11}, {2, 10}}, {{1, 10}}});
-    cli.setBooleanProperty(CliProperties::WANT_CLIENT_TASK_THREAD, true);
-    const std::string text = ClientProperties(cli).toString();
-
-    EXPECT_EQ(text.rfind("{\n  number clients         = 3\n"
-                         "  Host                   = tcp://10.0.0.1:55555\n",
-                         0),
-              0u);
-    EXPECT_NE(text.find("\n  Extra props list len   = 4\n"), std::string::npos);
-    EXPECT_NE(text.find("\n  Sub Order Offsets      = 1@11,2@10 ; 1@10\n"), std::string::npos);
-    const std::string tail = "  Want Client Task Thread       = 1\n}";
-    ASSERT_GE(text.size(), tail.size());
-    EXPECT_EQ(text.substr(text.size() - tail.size()), tail);
-
-    // 95 labelled lines after the opening brace's line.
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 96);
 }
 
 }  // namespace

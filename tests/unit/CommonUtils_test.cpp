@@ -76,6 +76,4 @@ TEST(Exceptions, CauseIsChainedAndErrorRecordFormatsItsText) {
                                         -1);
     EXPECT_STREQ(record.what(), "PubSubErrorResponseException: 503: Service Unavailable");
     EXPECT_EQ(record.getSubCode(), "ZORCLIENT_SUBCODE_TIMEOUT");
-    record.setReturnCode(5);
-    EXPECT_EQ(record.getReturnCode(), 5);
 }

@@ -25,38 +25,32 @@ ClientProperties makeProps(const std::string& prefix, const std::string& user,
     return ClientProperties(cli);
 }
 
-TEST(DisplayUtilsClientNameDetails, PrefixUserAndVpnShowClientOne) {
+TEST(DisplayUtilsClientNameDetails, NamesOfClientOneAndWhatIsLeftToTheLibraryOrRouter) {
     EXPECT_EQ(DisplayUtils::clientNameDetails(makeProps("abc", "me", "vpn1")),
-              "Client naming used:\n"
-              "\tlogging ID   = abc000001\n"
-              "\tusername     = me\n"
-              "\tvpn          = vpn1\n"
-              "\tclient names = abc000001\n");
-}
-
-TEST(DisplayUtilsClientNameDetails, NothingConfiguredLeavesNamesToTheLibrary) {
+              "Client naming used:\n\tlogging ID   = abc000001\n\tusername     = me\n"
+              "\tvpn          = vpn1\n\tclient names = abc000001\n");
     EXPECT_EQ(DisplayUtils::clientNameDetails(makeProps("", "", "")),
-              "Client naming used:\n"
-              "\tlogging ID   = 000001\n"
-              "\tusername     = perf_client000001\n"
-              "\tvpn          = \n"
-              "\tclient names = sdk generated.\n");
-}
+              "Client naming used:\n\tlogging ID   = 000001\n\tusername     = perf_client000001\n"
+              "\tvpn          = \n\tclient names = sdk generated.\n");
 
-// The user name line of the block for client 1.
-std::string userLine(const std::string& user, const std::string& scheme) {
-    const std::string block = DisplayUtils::clientNameDetails(makeProps("abc", user, "v", scheme));
-    const size_t start = block.find("\tusername");
-    return block.substr(start, block.find('\n', start) - start);
-}
-
-TEST(DisplayUtilsClientNameDetails, CredentialSchemesWithoutUserLetTheRouterName) {
-    for (const char* scheme : {"client-certificate", "kerberos"}) {
-        EXPECT_EQ(userLine("", scheme), "\tusername     = router generated.") << scheme;
-        EXPECT_EQ(userLine("me", scheme), "\tusername     = me") << scheme;
-    }
-    for (const char* scheme : {"basic", "oauth2", "tls-psk"}) {
-        EXPECT_EQ(userLine("", scheme), "\tusername     = abc000001") << scheme;
+    // Credential schemes without a user name let the router name the user.
+    const struct {
+        const char* user;
+        const char* scheme;
+        const char* shown;
+    } users[] = {{"", "client-certificate", "router generated."},
+                 {"", "kerberos", "router generated."},
+                 {"me", "client-certificate", "me"},
+                 {"me", "kerberos", "me"},
+                 {"", "basic", "abc000001"},
+                 {"", "oauth2", "abc000001"},
+                 {"", "tls-psk", "abc000001"}};
+    for (const auto& c : users) {
+        const std::string block =
+            DisplayUtils::clientNameDetails(makeProps("abc", c.user, "v", c.scheme));
+        EXPECT_NE(block.find(std::string("\tusername     = ") + c.shown + "\n"), std::string::npos)
+            << c.user << "/" << c.scheme << "\n"
+            << block;
     }
 }
 

@@ -10,41 +10,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-TEST(EpConfigPropertiesRecord, DefaultTextShowsEveryFieldUnset) {
-    EXPECT_EQ(EpConfigProperties().toString(),
-              "{\n"
-              "  EP Names Size = 0\n"
-              "  Subscriptions Size = 0\n"
-              "  Is Adding = 0\n"
-              "  Want Topic Unsubscribe = 0\n"
-              "  No Local = 0\n"
-              "  Client Name = \n"
-              "  Subscription Type = 0\n"
-              "  Number of Temporary Endpoints = 0\n"
-              "  Respect TTL = -1\n"
-              "  Transacted Session Name = \n"
-              "  Discard Notify Sender = -1\n"
-              "  Is Topic = 0\n"
-              "  Access Type = -1\n"
-              "  Max Msg Size = -1\n"
-              "  Quota = \n"
-              "  Permission = \n"
-              "  Want Active Flow Ind 0\n"
-              "  Want Cut Through Persistence 0\n"
-              "  Max Msg Redelivery -1\n"
-              "  Want Replay 0\n"
-              "  Replay Date \n"
-              "  Replay Msg Id \n"
-              "  Number of flow reconnect attempts -1\n"
-              "  Flow reconnect interval in miliseconds -1\n"
-              "  Bind Rate 0\n"
-              "  Want Non-Blocking Bind 0\n"
-              "  Flow Flap Count 0\n"
-              "  Settlement Patterns Size 0\n"
-              "  Required Settlemts Size 0\n"
-              "}");
-}
-
 TEST(EpConfigPropertiesFactories, SubscriptionAddAndRemoveBuildTheSameRecord) {
     const EpConfigProperties add =
         EpConfigProperties::CreateForSubscriptionAdd({"a", "b"}, "other", SUBSCRIPTION_TYPE_TOPIC);
@@ -109,26 +74,6 @@ TEST(EpConfigPropertiesFactories, TempEndpointUpdateHasNoNamesAndIsNotAdding) {
               (std::vector<int>{5, 1000, 1, 2, 9, 4, 600}));
     EXPECT_TRUE(!props.getNoLocal() && props.getWantActiveFlowInd());
     EXPECT_EQ(props.getTransactedSessionName(), "xa2");
-}
-
-TEST(EpConfigPropertiesRecord, CloneCarriesBindFieldsAndIsIndependent) {
-    EpConfigProperties original = EpConfigProperties::CreateForTopicUpdate(
-        {"dte1"}, {"t1"}, {}, true, false, false, false, false, "", false, "", "", -1, -1,
-        {"accepted"}, {"failed"});
-    original.setBindRate(100);
-    original.setWantNonBlocking(true);
-    original.setFlowFlapCount(6);
-
-    std::unique_ptr<EpConfigProperties> copy = original.clone();
-    // The text shows the bind fields and both settlement list sizes.
-    EXPECT_EQ(copy->toString(), original.toString());
-
-    copy->setEpNames({});
-    copy->setSettlementPatterns({"a", "b"});
-    copy->setFlowFlapCount(0);
-    EXPECT_EQ(original.getEpNames(), Strings{"dte1"});
-    EXPECT_EQ(original.getSettlementPatterns(), Strings{"accepted"});
-    EXPECT_EQ(original.getFlowFlapCount(), 6);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/unit/MessageContentTestSupport.h"
+#include "tests/unit/ThrownText.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -47,7 +47,7 @@ TEST(MessagePriorityGenerator, UnusableListsAreRefusedWithTheirReason) {
          "Message priority weights add up to more than 1048576"},
     };
     for (const auto& [action, fault] : cases) {
-        EXPECT_EQ(contenttest::faultOf(action).substr(0, fault.size()), fault);
+        EXPECT_EQ(test::messageOf(action).substr(0, fault.size()), fault);
     }
 }
 

@@ -81,13 +81,16 @@ TEST_F(MessageTest, BinaryToolDataIsReadFromTheAttachmentAndClearedWhenAbsent) {
     EXPECT_EQ(view_m.getToolData()->getLatency(), 0x0102030405060708ULL);
     EXPECT_EQ(view_m.getToolData()->getDecodedSize(), 28U);
 
+    attach(encoded.substr(0, 20));  // ends inside a field
+    EXPECT_THROW(view_m.decodeToolData(TOOL_DATA_TYPE_BIN_ATTACH), std::invalid_argument);
+    EXPECT_FALSE(view_m.getToolData()->hasData()) << "nothing of either record stays";
+    attach(encoded);
+    view_m.decodeToolData(TOOL_DATA_TYPE_BIN_ATTACH);
     attach("");  // an empty attachment leaves no stale record behind
     view_m.decodeToolData(TOOL_DATA_TYPE_BIN_ATTACH);
     EXPECT_FALSE(view_m.getToolData()->hasData());
     attach("not tool data at all");
     EXPECT_NO_THROW(view_m.decodeToolData(TOOL_DATA_TYPE_BIN_ATTACH));
-    attach(encoded.substr(0, 20));  // ends inside a field
-    EXPECT_THROW(view_m.decodeToolData(TOOL_DATA_TYPE_BIN_ATTACH), std::invalid_argument);
     try {
         view_m.decodeToolData(static_cast<ToolDataType>(7));
         FAIL() << "no exception";
@@ -112,6 +115,7 @@ TEST_F(MessageTest, PropertyToolDataTakesTheOneLetterFieldsAndLogsTheRest) {
     zorClient_container_addInt64(map, 123456789012LL, "m");
     zorClient_container_addString(map, "t/1", "topic");
     zorClient_container_addString(map, "text", "l");
+    zorClient_container_addInt32(map, 7, "JMSXGroupID");  // an integer, but no tool data name
     zorClient_container_closeMapStream(&map);
 
     view_m.decodeToolData(TOOL_DATA_TYPE_USER_PROP);
@@ -119,7 +123,8 @@ TEST_F(MessageTest, PropertyToolDataTakesTheOneLetterFieldsAndLogsTheRest) {
     EXPECT_EQ(view_m.getToolData()->getStreamId(), 5);
     EXPECT_EQ(view_m.getToolData()->getMsgId(), 123456789012ULL);
     EXPECT_FALSE(view_m.getToolData()->hasLatency());
-    for (const char* name : {"topic", "l"}) {
+    EXPECT_EQ(view_m.getToolData()->getDecodedSize(), 0U);
+    for (const char* name : {"topic", "l", "JMSXGroupID"}) {
         EXPECT_TRUE(log_m.contains(log::LEVEL_ERROR, std::string("CLIENT 000003: Unrecognized "
                                                                  "user property '") +
                                                          name + "' while reading tool data"));

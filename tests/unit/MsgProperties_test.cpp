@@ -23,25 +23,18 @@ TEST(MsgPropertiesWeights, AggregateWeightIsTheProductOfTheThree) {
     EXPECT_DOUBLE_EQ(msg.getAggregateProbabilityWeight(), 0.0);
 }
 
-TEST(MsgPropertiesToolData, HeaderOverwritesTheStartAndKeepsTheLength) {
+TEST(MsgPropertiesToolData, HeaderOverwritesTheStartAndNeverChangesTheLength) {
     MsgProperties msg;
     msg.setAttachment("abcdefgh");
     const std::string header("X\0Z", 3);
     msg.updateAttachmentForToolData(header.data(), header.data() + header.size());
     EXPECT_EQ(msg.getAttachment(), std::string("X\0Zdefgh", 8));
-    EXPECT_EQ(msg.getAttachmentSize(), 8u);
-}
 
-TEST(MsgPropertiesToolData, OversizedOrEmptyRangesDoNotChangeTheLength) {
-    MsgProperties msg;
-    msg.setAttachment("abc");
     const std::string longer = "0123456789";
     msg.updateAttachmentForToolData(longer.data(), longer.data() + longer.size());
-    EXPECT_EQ(msg.getAttachment(), "012");
-
-    msg.updateAttachmentForToolData(longer.data() + 5, longer.data());
-    EXPECT_EQ(msg.getAttachment(), "012");
-
+    EXPECT_EQ(msg.getAttachment(), "01234567");
+    msg.updateAttachmentForToolData(longer.data() + 5, longer.data());  // an empty range
+    EXPECT_EQ(msg.getAttachment(), "01234567");
     MsgProperties noAttachment;
     noAttachment.updateAttachmentForToolData(longer.data(), longer.data() + 4);
     EXPECT_EQ(noAttachment.getAttachmentSize(), 0u);
@@ -73,10 +66,10 @@ TEST(MsgPropertiesNewAttachment, JitterAndRandomSizesStayInTheirRange) {
     EXPECT_EQ(sizes.size(), 100u);
     EXPECT_EQ(msg.getAttachment(), DiskUtils::generateAttachment(msg.getAttachmentSize()));
 
-    // Jitter wins over a size range; a shrunken size never goes below 1.
-    MsgProperties tiny = withAttachment(1);
-    tiny.generateNewAttachment(gen.state_p.get(), -3.0, 5, 5, 1, 1);
-    EXPECT_GE(tiny.getAttachmentSize(), 1u);
+    // Jitter wins over a size range, and never removes an attachment.
+    MsgProperties none = withAttachment(0);
+    none.generateNewAttachment(gen.state_p.get(), 0.5, 5, 5, 1, 1);
+    EXPECT_EQ(none.getAttachment(), "A");
     msg.generateNewAttachment(gen.state_p.get(), 0.0, 5, 5, 1, 1);
     EXPECT_EQ(msg.getAttachment(), "AAAAA");
     msg.generateNewAttachment(gen.state_p.get(), 0.0, -1, -1, 1, 1);
@@ -91,6 +84,10 @@ TEST(MsgPropertiesNewAttachment, ContentsFollowTheWantedKind) {
     EXPECT_TRUE(std::regex_match(unique.getAttachment(),
                                  std::regex(":abc:00023456789:[0-9a-f]{15}ABCDEFGH")))
         << unique.getAttachment();
+    // The third part is the time of writing in microseconds.
+    EXPECT_NEAR(
+        static_cast<double>(std::stoull(unique.getAttachment().substr(17, 15), nullptr, 16)),
+        static_cast<double>(OS::getTimeInUs()), 60e6);
     unique.generateNewAttachmentUnique(64, 1, 2);
     EXPECT_EQ(unique.getAttachment().substr(32, 17), ":001:00000000002:");
 
@@ -100,46 +97,6 @@ TEST(MsgPropertiesNewAttachment, ContentsFollowTheWantedKind) {
     noise.generateNewAttachment(gen.state_p.get(), 0.0, -1, -1, 1, 1);
     const std::string bytes = noise.getAttachment();
     EXPECT_EQ(std::set<char>(bytes.begin(), bytes.end()).size(), 256u);
-}
-
-TEST(MsgPropertiesRecord, CloneIsIndependentAndComplete) {
-    MsgProperties original;
-    original.setTopic("t/1");
-    original.setAttachment("payload");
-    original.setRepublished(true);
-    std::unique_ptr<MsgProperties> copy = original.clone();
-    EXPECT_EQ(copy->toString(), original.toString());
-    EXPECT_TRUE(copy->getRepublished());  // not part of the text
-
-    const std::string header = "HDR";
-    copy->updateAttachmentForToolData(header.data(), header.data() + header.size());
-    copy->setRepublished(false);
-    EXPECT_EQ(original.getAttachment(), "payload");
-    EXPECT_TRUE(original.getRepublished());
-}
-
-TEST(MsgPropertiesRecord, ToStringHeadsEachPartInOrder) {
-    MsgProperties msg;
-    msg.setMsgBody("<x/>");
-    msg.setTopic("t/1");
-    msg.setMsgObjType(PUBSUB_MSG_OBJ_TYPE_MAP);
-    msg.setTopicProbabilityWeight(2.5);
-    msg.setAckImmediately(true);
-    EXPECT_EQ(msg.toString(),
-              "----  MsgBody   ----\n<x/>\n"
-              "---- Attachment ----\n\n"
-              "----   Topic    ----\nt/1\n"
-              "----   Queue    ----\n\n"
-              "----- Userdata -----\n\n"
-              "--- Partition Key --\n\n"
-              "---- SDM Props -----\n" +
-                  SdmProperties().toString() +
-                  "\n"
-                  "---- Message Object Type -----\n4\n"
-                  "---- Aggregate probability weight -----\n2.5\n"
-                  "---- Using Random Noise Attachment Contents -----\n0\n"
-                  "---- Using Unique Attachment Contents -----\n0\n"
-                  "-- ACK Immediately--\n1\n");
 }
 
 }  // namespace

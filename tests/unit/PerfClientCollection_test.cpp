@@ -41,13 +41,6 @@ class PerfCollectionTest : public LibraryFixture {
   protected:
     void destroyClients() override { collection_m.reset(); }
 
-    CliProperties parse(std::vector<std::string> args) {
-        CliProperties props(CliProperties::VEX_LOAD, "1.0.0");
-        const test::ParseOutcome outcome = test::parseLine(props, std::move(args));
-        EXPECT_EQ(outcome.status, -1) << outcome.err;
-        return props;
-    }
-
     std::unique_ptr<PerfClientCollection> collection_m;
 };
 
@@ -86,8 +79,8 @@ TEST_F(PerfCollectionTest, PublishedMessagesReachEverySubscriberAndTheLatchHolds
     if (!missing.empty()) {
         GTEST_SKIP() << missing;
     }
-    const CliProperties cli =
-        parse({"-cc=2", "-mn=400", "-mr=2000", "-ptl=coll/t", "-stl=coll/t", "-pso=0", "-oc"});
+    const CliProperties cli = test::parsedStore(
+        {"-cc=2", "-mn=400", "-mr=2000", "-ptl=coll/t", "-stl=coll/t", "-pso=0", "-oc"});
     const ClientProperties clientProps(cli);
     const StatsCustomizationProperties stats(cli);
     PublishProperties publishProps(cli);

@@ -88,12 +88,12 @@ TEST(PerfStatsCounters, RatesPrioritiesAndMisuseOfLatencyIds) {
               "instead.\nERROR: Call to method getLatencyStat() with unsupported type: 0\n");
 
     stats.updateOrderMemory(0x1234567, 3);
-    EXPECT_EQ(stats.getOrderMemory(), (std::vector<UINT64>{0x0003000000234567ULL}));
     stats.incLatency(5000, 2);
     stats.resetStats();
     EXPECT_EQ(stats.getStartTime() + stats.getStat(PerfStats::NUM_MSGS_RECV), 0u);
     EXPECT_EQ(stats.getStatElement(PerfStats::LATENCY_MIN), ALL_ONES);
     EXPECT_EQ(stats.getLatencyBuckets(), (std::vector<UINT64>(4, 0)));
+    EXPECT_TRUE(stats.getOrderMemory().empty());
 }
 
 TEST(PerfStatsConfigure, BucketsResizeAndBadValuesAreRefusedWithoutChange) {

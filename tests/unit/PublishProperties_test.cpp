@@ -7,19 +7,18 @@
 
 #include "common/CliProperties.h"
 #include "common/PubSubException.h"
+#include "tests/unit/CliTestSupport.h"
 #include "tests/unit/LogCapture.h"
 
 namespace zorvane::pubsub {
 namespace {
 
-CliProperties makeStore() {
-    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
-}
+using test::defaultStore;
 
 // ---- built from the store ----
 
 TEST(PublishPropertiesFromStore, StoreDefaultsDifferFromTheEmptyRecord) {
-    const PublishProperties fromStore(makeStore());
+    const PublishProperties fromStore(defaultStore());
     const PublishProperties empty;
     // A run without topics still publishes: one empty group, one weight list.
     EXPECT_EQ(fromStore.getTopicsArray(), std::vector<std::vector<std::string>>(1));
@@ -46,7 +45,7 @@ TEST(PublishPropertiesLog, MessagesPerThreadAreCutTwiceAndOnlyTheClientCutWarns)
     };
     for (const Case& c : cases) {
         LogCapture log;
-        CliProperties cli = makeStore();
+        CliProperties cli = defaultStore();
         cli.setInt64Property(CliProperties::NUM_MSGS_TO_PUBLISH, c.numMsgs);
         cli.setIntegerProperty(CliProperties::NUM_CLIENTS, c.numClients);
         cli.setIntegerProperty(CliProperties::NUM_PUBS_PER_SESSION, c.numPubs);
@@ -62,7 +61,7 @@ TEST(PublishPropertiesLog, MessagesPerThreadAreCutTwiceAndOnlyTheClientCutWarns)
 
 TEST(PublishPropertiesLog, ZeroClientsIsLoggedAndStopsTheBuild) {
     LogCapture log;
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setInt64Property(CliProperties::NUM_MSGS_TO_PUBLISH, 10);
     cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 0);
     EXPECT_THROW(PublishProperties props(cli), PubSubException);
@@ -76,7 +75,7 @@ TEST(PublishPropertiesLog, ZeroClientsIsLoggedAndStopsTheBuild) {
 // ---- derived fields ----
 
 TEST(PublishPropertiesDerived, ObjectTypePatternTakesKnownLettersInOrder) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setStringProperty(CliProperties::MSG_OBJ_TYPE_PATTERN, "tsbbms");
     EXPECT_EQ(PublishProperties(cli).getMsgObjTypeList(),
               (std::vector<PubSubMessageObjectType>{
@@ -91,7 +90,7 @@ TEST(PublishPropertiesDerived, ObjectTypePatternTakesKnownLettersInOrder) {
 }
 
 TEST(PublishPropertiesDerived, ZeroRandomSizeRangeMeansNoRandomSizes) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setInt64Property(CliProperties::RANDOM_ATTACH_SIZE_MIN, 0);
     cli.setInt64Property(CliProperties::RANDOM_ATTACH_SIZE_MAX, 0);
     EXPECT_EQ(PublishProperties(cli).getAttachSizeMin(), -1);
@@ -103,7 +102,7 @@ TEST(PublishPropertiesDerived, ZeroRandomSizeRangeMeansNoRandomSizes) {
 }
 
 TEST(PublishPropertiesDerived, OrderOffsetIsTakenOnlyForAKnownStream) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setIntegerProperty(CliProperties::PUB_ORDER_OFFSET, 5);
     cli.setMapIntIntProperty(CliProperties::PUB_ORDER_OFFSETS, {{1, 10}, {3, 11}});
     PublishProperties props(cli);
@@ -116,21 +115,22 @@ TEST(PublishPropertiesDerived, OrderOffsetIsTakenOnlyForAKnownStream) {
 }
 
 TEST(PublishPropertiesDerived, PriorityListMeansAPrioritySource) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setIntVectorProperty(CliProperties::PUB_PRIORITY_LIST, {0, 2, 9, 1});
     const PublishProperties props(cli);
     ASSERT_NE(props.getMessagePriorityGenerator(), nullptr);
     EXPECT_EQ(props.getMessagePriorityGenerator()->getMsgPrioritiesVector(),
               (std::vector<int>{0, 0, 9}));
     EXPECT_NE(props.toString().find("\n  Pub Priority Generator = YES\n}"), std::string::npos);
-    EXPECT_NE(PublishProperties(makeStore()).toString().find("\n  Pub Priority Generator = NO\n}"),
-              std::string::npos);
+    EXPECT_NE(
+        PublishProperties(defaultStore()).toString().find("\n  Pub Priority Generator = NO\n}"),
+        std::string::npos);
 }
 
 // ---- copies and text ----
 
 TEST(PublishPropertiesRecord, CloneIsIndependentAndComplete) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{"a"}});
     cli.setMapIntIntProperty(CliProperties::PUB_ORDER_OFFSETS, {{1, 10}});
     cli.setIntVectorProperty(CliProperties::PUB_PRIORITY_LIST, {1, 1});
@@ -167,23 +167,6 @@ TEST(PublishPropertiesLog, ReplacingAPriorityGeneratorIsLoggedOnlyWhenOneExisted
     EXPECT_TRUE(log.contains(log::LEVEL_INFO,
                              "Replacing MessagePriorityGenerator with new one, deleting existing "
                              "one."));
-}
-
-TEST(PublishPropertiesRecord, ToStringListsEveryTopicGroup) {
-    CliProperties cli = makeStore();
-    cli.setVectorVectorProperty(CliProperties::PUB_TOPICS_ARRAY, {{"a", "b", "c"}, {"d"}});
-    cli.setIntegerProperty(CliProperties::NUM_CLIENTS, 2);
-    cli.setInt64Property(CliProperties::NUM_MSGS_TO_PUBLISH, 8);
-    const std::string text = PublishProperties(cli).toString();
-    EXPECT_EQ(text.rfind("{\n  Xml msg List Size      = 0\n  Attachment List Size   = 0\n"
-                         "  Topics Array Size       = 2\n"
-                         "    Topics List [0] size = 3\n"
-                         "    Topics List [1] size = 1\n"
-                         "  Queues List Size       = 0\n"
-                         "  Msg Type               = 2\n",
-                         0),
-              0u);
-    EXPECT_NE(text.find("\n  Num Msgs               = 4\n"), std::string::npos);
 }
 
 }  // namespace

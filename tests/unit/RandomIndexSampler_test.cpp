@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "common/OS.h"
-#include "tests/unit/MessageContentTestSupport.h"
+#include "tests/unit/LogCapture.h"
+#include "tests/unit/ThrownText.h"
 
 namespace zorvane::pubsub {
 namespace {
@@ -28,7 +29,7 @@ std::vector<double> shares(const RandomIndexSampler& sampler, size_t numIndices)
 
 TEST(RandomIndexSampler, DrawsFollowTheWeightsAndEqualWeightsAreUniform) {
     State state;
-    contenttest::LogCapture capture;
+    LogCapture capture;
     const std::vector<std::vector<double>> cases = {
         {1.0, 0.0, 3.0, 6.0, 0.5}, {2, 2, 2, 2}, {0, 0}};
     for (const std::vector<double>& weights : cases) {
@@ -44,7 +45,7 @@ TEST(RandomIndexSampler, DrawsFollowTheWeightsAndEqualWeightsAreUniform) {
             EXPECT_NEAR(got[i], sum > 0 ? weights[i] / sum : 1.0 / weights.size(), 0.01) << i;
         }
     }
-    EXPECT_EQ(capture.lines().size(), 1u);  // the notice about all weights being 0.0
+    EXPECT_EQ(capture.all().size(), 1u);  // the notice about all weights being 0.0
 }
 
 TEST(RandomIndexSampler, EmptyOrNegativeWeightsGiveNoSampler) {
@@ -53,7 +54,7 @@ TEST(RandomIndexSampler, EmptyOrNegativeWeightsGiveNoSampler) {
     EXPECT_EQ(RandomIndexSampler(state.state_p.get(), {}).sampleIndex(), -1);
     const auto negative = [&] { RandomIndexSampler(state.state_p.get(), {1.0, -0.5}); };
     EXPECT_EQ(
-        contenttest::faultOf(negative),
+        test::messageOf(negative),
         "Invalid list of weights passed to RandomIndexSampler. Cannot have negative weights.");
 }
 

@@ -16,7 +16,7 @@
 #include "common/StatsCustomizationProperties.h"
 #include "tests/unit/CliTestSupport.h"
 #include "tests/unit/ClientProbe.h"
-#include "tests/unit/MessageContentTestSupport.h"
+#include "tests/unit/ThrownText.h"
 #include "tests/unit/ZcoreTestSupport.h"
 
 namespace zorvane::pubsub {
@@ -38,16 +38,6 @@ std::string sdmOption(const std::vector<std::string>& files) {
     }
     return option;
 }
-
-// The records a run makes of its command line.
-struct RunRecords {
-    explicit RunRecords(const std::vector<std::string>& args)
-        : cli(CliProperties::VEX_LOAD, "1.0.0") {
-        const test::ParseOutcome outcome = test::parseLine(cli, args);
-        EXPECT_EQ(outcome.status, -1) << outcome.err;
-    }
-    CliProperties cli;
-};
 
 class SdmRoundTripTest : public DirectMessagingFixture {
   protected:
@@ -87,11 +77,11 @@ class SdmRoundTripTest : public DirectMessagingFixture {
 };
 
 TEST_F(SdmRoundTripTest, EachDescriptionFileArrivesIntactThroughTheBroker) {
-    RunRecords run({sdmOption(DESCRIPTION_FILES), "-ptl=sdm/files"});
-    const StatsCustomizationProperties stats(run.cli);
+    const CliProperties run = test::parsedStore({sdmOption(DESCRIPTION_FILES), "-ptl=sdm/files"});
+    const StatsCustomizationProperties stats(run);
     ASSERT_TRUE(stats.getWantStructMsgCheck());
     ASSERT_EQ(stats.getSdmPropsList().size(), DESCRIPTION_FILES.size());
-    const PublishProperties pub(run.cli);
+    const PublishProperties pub(run);
     std::vector<MsgProperties> msgs = messagesOf(pub);
     ASSERT_EQ(msgs.size(), DESCRIPTION_FILES.size());
 
@@ -110,10 +100,10 @@ TEST_F(SdmRoundTripTest, EachDescriptionFileArrivesIntactThroughTheBroker) {
 }
 
 TEST_F(SdmRoundTripTest, TheCannedCatalogueArrivesIntactThroughTheBroker) {
-    RunRecords run({"-sdm=", "-ptl=sdm/canned"});
-    const StatsCustomizationProperties stats(run.cli);
+    const CliProperties run = test::parsedStore({"-sdm=", "-ptl=sdm/canned"});
+    const StatsCustomizationProperties stats(run);
     ASSERT_TRUE(stats.getWantStructMsgCheck());
-    const PublishProperties pub(run.cli);
+    const PublishProperties pub(run);
     std::vector<MsgProperties> msgs = messagesOf(pub);
     ASSERT_EQ(msgs.size(), 17U);  // 1 to 21 without 5, 10, 16 and 17
 
@@ -130,10 +120,11 @@ TEST_F(SdmRoundTripTest, TheCannedCatalogueArrivesIntactThroughTheBroker) {
 TEST_F(SdmRoundTripTest, AMessageThatDiffersFromItsDescriptionCountsAsFailedAndSaysWhy) {
     // The sender describes ids 50 and 51 by headers.sdm and integers.sdm;
     // the receiver knows only id 50, and by another file.
-    RunRecords sending({sdmOption({"headers.sdm", "integers.sdm"}), "-ptl=sdm/differ"});
-    RunRecords receiving({sdmOption({"integers.sdm"})});
-    const StatsCustomizationProperties stats(receiving.cli);
-    const PublishProperties pub(sending.cli);
+    const CliProperties sending =
+        test::parsedStore({sdmOption({"headers.sdm", "integers.sdm"}), "-ptl=sdm/differ"});
+    const CliProperties receiving = test::parsedStore({sdmOption({"integers.sdm"})});
+    const StatsCustomizationProperties stats(receiving);
+    const PublishProperties pub(sending);
     std::vector<MsgProperties> msgs = messagesOf(pub);
 
     ClientProbe& rx = connect(2, stats, "sdm/differ");
@@ -158,14 +149,14 @@ TEST_F(SdmRoundTripTest, AStructuredMessageThatCannotBeBuiltIsNotSent) {
     SdmProperties streamInProperties;  // the defaults: a stream in the user properties
     streamInProperties.setSdmMsgId(50);
     msg.setSdmMsgProps(streamInProperties);
-    EXPECT_EQ(contenttest::faultOf([&] { tx.publishMsg(&msg, 0); }),
+    EXPECT_EQ(test::messageOf([&] { tx.publishMsg(&msg, 0); }),
               "CLIENT 000001: Unable to build msg contents in SDM message type: 50\n");
     EXPECT_TRUE(log_m.contains(log::LEVEL_ERROR,
                                "Msg# 50: Invalid config.  Cannot create stream in user props"));
     SdmProperties reserved;
     reserved.setSdmMsgId(5);  // a canned number without a message
     msg.setSdmMsgProps(reserved);
-    EXPECT_EQ(contenttest::faultOf([&] { tx.publishMsg(&msg, 0); }),
+    EXPECT_EQ(test::messageOf([&] { tx.publishMsg(&msg, 0); }),
               "CLIENT 000001: Unable to set msg contents in SDM message type: 5\n");
 }
 
@@ -209,14 +200,14 @@ TEST(SdmDescriptionFiles, AMalformedFileNamesItselfTheLineAndWhatWasExpected) {
     for (const Case& c : cases) {
         const std::string path = sdmFile(std::string("bad/") + c.file);
         // A good file ahead of the bad one does not hide it.
-        EXPECT_EQ(contenttest::faultOf([&] {
+        EXPECT_EQ(test::messageOf([&] {
                       DiskUtils::genSdmPropsListFromFiles({sdmFile("integers.sdm"), path});
                   }),
                   path + ":" + c.fault);
     }
     // The option is where a run meets the fault, before any client exists.
-    RunRecords run({sdmOption({"bad/field_type.sdm"})});
-    EXPECT_EQ(contenttest::faultOf([&] { StatsCustomizationProperties stats(run.cli); }),
+    const CliProperties run = test::parsedStore({sdmOption({"bad/field_type.sdm"})});
+    EXPECT_EQ(test::messageOf([&] { StatsCustomizationProperties stats(run); }),
               sdmFile("bad/field_type.sdm") + ":" + cases[6].fault);
 }
 

@@ -6,26 +6,26 @@
 #include <vector>
 
 #include "common/CliProperties.h"
+#include "common/PubSubException.h"
+#include "tests/unit/CliTestSupport.h"
 #include "tests/unit/MessageContentTestSupport.h"
 
 namespace zorvane::pubsub {
 namespace {
 
-CliProperties makeStore() {
-    return CliProperties(CliProperties::VEX_LOAD, "1.0.0");
-}
+using test::defaultStore;
 
 using contenttest::tempFile;
 
 TEST(StatsCustomizationPropertiesFromStore, HistogramShapeComesFromPlainStoreFields) {
-    const StatsCustomizationProperties stats(makeStore());
+    const StatsCustomizationProperties stats(defaultStore());
     EXPECT_EQ(stats.getNumLatencyBuckets(), 1024u);
     EXPECT_EQ(stats.getLatencyGranularityFactor(), 11u);
     EXPECT_DOUBLE_EQ(stats.getLatencyWarmupInSec(), 0.5);
 }
 
 TEST(StatsCustomizationPropertiesFromStore, OrderCheckKindsAndPriorityKindsStayApart) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     cli.setBooleanProperty(CliProperties::WANT_ORDER_CHECK_TOPIC_SEQUENCE_NUMBER, true);
     cli.setBooleanProperty(CliProperties::WANT_PER_PRI_THRU_STATS, true);
     const StatsCustomizationProperties stats(cli);
@@ -36,7 +36,7 @@ TEST(StatsCustomizationPropertiesFromStore, OrderCheckKindsAndPriorityKindsStayA
 }
 
 TEST(StatsCustomizationPropertiesFromStore, StructuredMessageCheckFollowsFilesThenFlag) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     EXPECT_FALSE(StatsCustomizationProperties(cli).getWantStructMsgCheck());
 
     // "-sdm" with an empty list: the flag alone asks for the check.
@@ -67,7 +67,7 @@ TEST(StatsCustomizationPropertiesFromStore, StructuredMessageCheckFollowsFilesTh
 }
 
 TEST(StatsCustomizationPropertiesFromStore, NamingACacheTurnsOnCacheStats) {
-    CliProperties cli = makeStore();
+    CliProperties cli = defaultStore();
     EXPECT_FALSE(StatsCustomizationProperties(cli).getWantCacheMsgStats());
     cli.setStringProperty(CliProperties::CACHE_PROP_NAME, "dc1");
     EXPECT_TRUE(StatsCustomizationProperties(cli).getWantCacheMsgStats());
@@ -77,22 +77,7 @@ TEST(StatsCustomizationPropertiesRecord, DefaultRecordDiffersFromDefaultStore) {
     const StatsCustomizationProperties empty;
     EXPECT_EQ(empty.getRateStatsInterval(), 1);
     EXPECT_EQ(empty.getNumLatencyBuckets(), 0u);
-    EXPECT_NE(empty.toString(), StatsCustomizationProperties(makeStore()).toString());
-}
-
-TEST(StatsCustomizationPropertiesRecord, CloneIsIndependentAndComplete) {
-    CliProperties cli = makeStore();
-    cli.setVectorProperty(CliProperties::SDM_FILE_LIST,
-                          {tempFile("stats_clone.sdm", "msg:type=map\n")});
-    cli.setBooleanProperty(CliProperties::WANT_LATENCY_MEASUREMENT, true);
-    const StatsCustomizationProperties original(cli);
-    std::unique_ptr<StatsCustomizationProperties> copy = original.clone();
-    EXPECT_EQ(copy->toString(), original.toString());
-
-    copy->setSdmPropsList({});
-    copy->setWantLatency(false);
-    EXPECT_EQ(original.getSdmPropsList().size(), 1u);
-    EXPECT_TRUE(original.getWantLatency());
+    EXPECT_NE(empty.toString(), StatsCustomizationProperties(defaultStore()).toString());
 }
 
 }  // namespace

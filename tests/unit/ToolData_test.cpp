@@ -124,8 +124,6 @@ TEST(Crc32, KnownValuesAndSlicedLoopAgreesWithBytewise) {
     EXPECT_EQ(CRC::crc32("abc"), 0x352441C2U);
     EXPECT_EQ(CRC::crc32("123456789"), 0xCBF43926U);
     EXPECT_EQ(CRC::crc32(""), 0U);
-    EXPECT_EQ(CRC::crcTable[1], 0x77073096U);
-    EXPECT_EQ(CRC::crcTable[255], 0x2D02EF8DU);
     std::mt19937 random(7);
     std::string data(300, '\0');
     for (char& c : data) {
