@@ -29,31 +29,23 @@ std::vector<int> buildableNumbers() {
 
 class CannedMessagesTest : public NoLeakTest {};
 
+// The fixture fails a test that leaks: containers left open go with the
+// message.
 TEST_F(CannedMessagesTest, EveryBuildableNumberPassesItsOwnCheckAndOnADuplicate) {
     LogCapture log(log::LEVEL_ERROR);
     ASSERT_EQ(19u + 1u, buildableNumbers().size());
     for (int n : buildableNumbers()) {
         SCOPED_TRACE(n);
-        ScopedMsg msg;
+        ScopedMsg msg, dup, open, modified;
         ASSERT_EQ(0, createStructuredMsg(n, msg));
         EXPECT_EQ(0, checkStructuredMsg(msg, 0));
         // Checking reads only: a second check of the same object passes too.
         EXPECT_EQ(0, checkStructuredMsgWithCloseOption(msg, 0, 1));
-        ScopedMsg dup;
         zorClient_msg_free(dup.address());
         ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_dup(msg, dup.address()));
         EXPECT_EQ(0, checkStructuredMsg(dup, 0));
-    }
-    EXPECT_TRUE(log.all().empty()) << log.all().front();
-}
-
-TEST_F(CannedMessagesTest, ContainersLeftOpenAreReleasedWithTheMessage) {
-    LogCapture log(log::LEVEL_ERROR);
-    for (int n : buildableNumbers()) {
-        ScopedMsg original;
-        ScopedMsg modified;
-        EXPECT_EQ(0, createStructuredMsgWithCloseOption(n, original, 0)) << n;
-        EXPECT_EQ(0, modifyStructuredMsgWithCloseOption(n, modified, 0)) << n;
+        EXPECT_EQ(0, createStructuredMsgWithCloseOption(n, open, 0));
+        EXPECT_EQ(0, modifyStructuredMsgWithCloseOption(n, modified, 0));
     }
     EXPECT_TRUE(log.all().empty()) << log.all().front();
 }

@@ -1,5 +1,6 @@
 #include "common/DisplayUtils.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,6 +15,9 @@
 
 namespace zorvane::pubsub {
 namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 ClientProperties makeProps(const std::string& prefix, const std::string& user,
                            const std::string& vpn, const std::string& scheme = "") {
@@ -48,9 +52,8 @@ TEST(DisplayUtilsClientNameDetails, NamesOfClientOneAndWhatIsLeftToTheLibraryOrR
     for (const auto& c : users) {
         const std::string block =
             DisplayUtils::clientNameDetails(makeProps("abc", c.user, "v", c.scheme));
-        EXPECT_NE(block.find(std::string("\tusername     = ") + c.shown + "\n"), std::string::npos)
-            << c.user << "/" << c.scheme << "\n"
-            << block;
+        EXPECT_THAT(block, HasSubstr(std::string("\tusername     = ") + c.shown + "\n"))
+            << c.user << "/" << c.scheme;
     }
 }
 
@@ -85,11 +88,11 @@ TEST(DisplayUtilsLatency, PrecisionAppliesToBucketSizeAndLatenciesAndPercentiles
     const std::string text = DisplayUtils::latency(latencyStats(), "Latency Stats: ", true, -1);
     EXPECT_EQ(valuesOf(text), (Values{"1.33 us", "0.50 s", "10", "11.11", "1 us", "12 us", "3 us",
                                       "67 us", "8 us"}));
-    EXPECT_NE(text.find("11.11\n\nLatency Stats: \nMinimum"), std::string::npos) << text;
-    EXPECT_NE(text.find("= 3 us\nCannot compute 95th percentile; not enough latency buckets\n"
-                        "Cannot compute 99th percentile; not enough latency buckets\n"
-                        "Cannot compute 99.9th percentile; not enough latency buckets\nMax"),
-              std::string::npos);
+    EXPECT_THAT(text, HasSubstr("11.11\n\nLatency Stats: \nMinimum"));
+    EXPECT_THAT(text,
+                HasSubstr("= 3 us\nCannot compute 95th percentile; not enough latency buckets\n"
+                          "Cannot compute 99th percentile; not enough latency buckets\n"
+                          "Cannot compute 99.9th percentile; not enough latency buckets\nMax"));
     // Without full stats there is no minimum and maximum; rates keep 2.
     EXPECT_EQ(valuesOf(DisplayUtils::latency(latencyStats(), "T", false, 3)),
               (Values{"1.333 us", "0.50 s", "10", "11.11", "11.600 us", "2.667 us", "7.885 us"}));
@@ -187,8 +190,7 @@ TEST(DisplayUtilsApiStats, EveryLibraryStatisticByItsNameWithTheSummedValue) {
     auto sum = [](int id) -> INT64 { return id * 2; };
     std::string text = DisplayUtils::allApiStats(sum);
     EXPECT_EQ(text.rfind("ZCORE RX STATS:\n\tRX_STAT_0 : 0\n", 0), 0U) << text;
-    EXPECT_NE(text.find("\tRX_STAT_39 : 78\n\nZCORE TX STATS:\n\tTX_STAT_0 : 2000\n"),
-              std::string::npos);
+    EXPECT_THAT(text, HasSubstr("\tRX_STAT_39 : 78\n\nZCORE TX STATS:\n\tTX_STAT_0 : 2000\n"));
     EXPECT_TRUE(text.ends_with("\tTX_STAT_27 : 2054\n"));
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 40 + 1 + 1 + 28);
 
@@ -196,8 +198,7 @@ TEST(DisplayUtilsApiStats, EveryLibraryStatisticByItsNameWithTheSummedValue) {
         [](int id) { return id >= CommonUtils::SDK_TX_STAT_OFFSET ? "TX_NAME" : "RX_NAME"; });
     text = DisplayUtils::allApiStats(sum);
     CommonUtils::setSdkStatNameReader(nullptr);
-    EXPECT_NE(text.find("\tRX_NAME : 78\n\nZCORE TX STATS:\n\tTX_NAME : 2000\n"),
-              std::string::npos);
+    EXPECT_THAT(text, HasSubstr("\tRX_NAME : 78\n\nZCORE TX STATS:\n\tTX_NAME : 2000\n"));
 }
 
 }  // namespace
@@ -215,11 +216,11 @@ TEST(DisplayUtilsPoolStats, EveryStatisticOnItsLineWithSixAllocatedPools) {
     CommonUtils::setPoolStatReader(nullptr);
 
     EXPECT_EQ(text.rfind("End of test msg pool stats:\n\tTOTAL_MEMORY     : 100\n", 0), 0U) << text;
-    EXPECT_NE(text.find("\tMSG_DUPS         : 0\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("\tALLOC_CONTAINERS : 190\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("\tPool 4 : FREE_DATA_BLOCKS  : 204\n"), std::string::npos) << text;
-    EXPECT_EQ(text.find("\tPool 5 : FREE_DATA_BLOCKS"), std::string::npos) << text;
-    EXPECT_NE(text.find("\tPool 5 : ALLOC_DATA_BLOCKS : 215\n"), std::string::npos) << text;
+    EXPECT_THAT(text, HasSubstr("\tMSG_DUPS         : 0\n"));
+    EXPECT_THAT(text, HasSubstr("\tALLOC_CONTAINERS : 190\n"));
+    EXPECT_THAT(text, HasSubstr("\tPool 4 : FREE_DATA_BLOCKS  : 204\n"));
+    EXPECT_THAT(text, Not(HasSubstr("\tPool 5 : FREE_DATA_BLOCKS")));
+    EXPECT_THAT(text, HasSubstr("\tPool 5 : ALLOC_DATA_BLOCKS : 215\n"));
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 10 + 5 + 6);
 }
 

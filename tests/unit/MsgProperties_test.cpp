@@ -13,16 +13,6 @@
 namespace zorvane::pubsub {
 namespace {
 
-TEST(MsgPropertiesWeights, AggregateWeightIsTheProductOfTheThree) {
-    MsgProperties msg;
-    EXPECT_DOUBLE_EQ(msg.getAggregateProbabilityWeight(), 1.0);
-    msg.setTopicProbabilityWeight(95.0);
-    msg.setAttachmentProbabilityWeight(0.5);
-    EXPECT_DOUBLE_EQ(msg.getAggregateProbabilityWeight(), 47.5);
-    msg.setQueueProbabilityWeight(0.0);
-    EXPECT_DOUBLE_EQ(msg.getAggregateProbabilityWeight(), 0.0);
-}
-
 TEST(MsgPropertiesToolData, HeaderOverwritesTheStartAndNeverChangesTheLength) {
     MsgProperties msg;
     msg.setAttachment("abcdefgh");

@@ -93,9 +93,8 @@ TEST(OSRandom, SameSeedGivesSameSequenceAndZeroSeedUsesTheClock) {
     }
     EXPECT_TRUE(differs);
 
-    auto zeroA = makeState(0);
-    auto zeroB = makeState(0);
-    EXPECT_FALSE(zeroA[0] == 0 && zeroA[1] == 0 && zeroA[2] == 0);
+    auto zero = makeState(0);
+    EXPECT_FALSE(zero[0] == 0 && zero[1] == 0 && zero[2] == 0);
 }
 
 TEST(OSLocks, TimedWaitTimesOutAndSignalWakes) {

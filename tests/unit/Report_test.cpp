@@ -1,5 +1,6 @@
 #include "vexload/Report.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -12,6 +13,9 @@
 
 namespace zorvane::pubsub {
 namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 // The collection's figures, set by each test.
 class FakeSource : public ReportSource {
@@ -83,12 +87,10 @@ TEST_F(ReportTest, ThroughputWrittenAfterThePublishRateKeepsItsNotation) {
 
     std::ostringstream out;
     displayClientStats(cli, source, out);
-    EXPECT_NE(out.str().find("= 1234.57\n"), std::string::npos);
-    EXPECT_NE(out.str().find("\nClient,Msgs,Throughput:\nc1,5,2.50\nc2,0,0.00\n\nCoS Stats "
-                             "(Message Class, Messages Received, Message Rage (msg/sec)\n"
-                             "Priority 3,4,2.00\n\nCPU usage = 12.346%\n"),
-              std::string::npos)
-        << out.str();
+    EXPECT_THAT(out.str(), HasSubstr("= 1234.57\n"));
+    EXPECT_THAT(out.str(), HasSubstr("\nClient,Msgs,Throughput:\nc1,5,2.50\nc2,0,0.00\n\nCoS Stats "
+                                     "(Message Class, Messages Received, Message Rage (msg/sec)\n"
+                                     "Priority 3,4,2.00\n\nCPU usage = 12.346%\n"));
     out.str("");  // the stream stays as the report left it
     out << 0.5;
     EXPECT_EQ(out.str(), "0.500");
@@ -112,22 +114,20 @@ TEST_F(ReportTest, OrderBlockListsFaultyClientsAndTheResumeArguments) {
         "Spool Id Changes : 0\n\nOut-of-Order Msgs by Client:\n"
         "Message Order Details Client: lossy\n  Stream: TOPIC_SEQUENCE \n    lost: (2-3)\n";
     std::string text = report();
-    EXPECT_NE(text.find("= 0\n\nMessage Order Check Summary:\nTotal Msgs Order Checked"),
-              std::string::npos);
-    EXPECT_NE(text.find(details + "\nCPU usage"), std::string::npos) << text;
+    EXPECT_THAT(text, HasSubstr("= 0\n\nMessage Order Check Summary:\nTotal Msgs Order Checked"));
+    EXPECT_THAT(text, HasSubstr(details + "\nCPU usage"));
 
     cli.setMsgType(PUBSUB_MSG_TYPE_PERSISTENT);
     cli.setBooleanProperty(CliProperties::SUB_ORDER_OFFSETS_PRINT_RESUMING_ARG_AT_EXIT, true);
     cli.setBooleanProperty(CliProperties::WANT_ORDER_MEMORY, true);
     text = report();
-    EXPECT_NE(
-        text.find(details +
+    EXPECT_THAT(
+        text,
+        HasSubstr(details +
                   "\nTo resume publishing at this point on all publisher streams, use the "
                   "argument\n    -poo='1@10,2@11'\n\n\nTo resume the subscriber message order "
                   "tracking next time, use the following argument.\n    -soo='1@5 ; 1@6,2@7'"
-                  "\n\nMessage Order Memory:\n\n"),
-        std::string::npos)
-        << text;
+                  "\n\nMessage Order Memory:\n\n"));
 }
 
 TEST_F(ReportTest, ConditionalSectionsAppearOnlyWhenTheirConditionHolds) {
@@ -173,7 +173,7 @@ TEST_F(ReportTest, ConditionalSectionsAppearOnlyWhenTheirConditionHolds) {
         const std::string after = report();
         EXPECT_EQ(before.find(expected) == std::string::npos, !expected.empty()) << expected;
         EXPECT_EQ(after == before, expected.empty()) << after;
-        EXPECT_NE(after.find(expected), std::string::npos) << expected << "\nin\n" << after;
+        EXPECT_THAT(after, HasSubstr(expected));
     }
     // Equal discard counts print no discrepancy; the ACKED line needs
     // publisher stream order checking.
@@ -251,36 +251,29 @@ TEST_F(ReportTest, LatencyPrecisionAndFullStatsReachBothLatencySections) {
     cli.setBooleanProperty(CliProperties::WANT_LATENCY_FULL_STATS, false);
 
     std::string text = report();
-    EXPECT_NE(text.find("Individual latency bucket size = 2.00 us\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("\nLatency Stats: \nAverage latency for subs       = 6 us\n"
-                        "50th percentile latency        = 6 us\n"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("\n\nLatency Info: \n"), std::string::npos) << "a blank before each";
-    EXPECT_NE(text.find("\nFirst Last Latency Stats: \nAverage latency for subs       = 3 us\n"),
-              std::string::npos)
-        << text;
-    EXPECT_EQ(text.find("Minimum"), std::string::npos);
-    EXPECT_EQ(text.find("Debug information"), std::string::npos);
+    EXPECT_THAT(text, HasSubstr("Individual latency bucket size = 2.00 us\n"));
+    EXPECT_THAT(text, HasSubstr("\nLatency Stats: \nAverage latency for subs       = 6 us\n"
+                                "50th percentile latency        = 6 us\n"));
+    EXPECT_THAT(text, HasSubstr("\n\nLatency Info: \n")) << "a blank before each";
+    EXPECT_THAT(text,
+                HasSubstr("\nFirst Last Latency Stats: \nAverage latency for subs       = 3 us\n"));
+    EXPECT_THAT(text, Not(HasSubstr("Minimum")));
+    EXPECT_THAT(text, Not(HasSubstr("Debug information")));
 
     cli.setIntegerProperty(CliProperties::LATENCY_PRECISION, 3);
     cli.setBooleanProperty(CliProperties::WANT_LATENCY_FULL_STATS, true);
     cli.setBooleanProperty(CliProperties::WANT_VERBOSE, true);
     text = report();
-    EXPECT_NE(text.find("Individual latency bucket size = 2.000 us\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("\nLatency Stats: \nMinimum latency for subs       = 5.000 us\n"
-                        "Average latency for subs       = 6.000 us\n"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(
-        text.find("\nFirst Last Latency Stats: \nMinimum latency for subs       = 3.000 us\n"),
-        std::string::npos)
-        << text;
-    EXPECT_NE(text.find(" us\nDebug information for First Last latency: \n BI:        1 LAT:"),
-              std::string::npos)
-        << text;
+    EXPECT_THAT(text, HasSubstr("Individual latency bucket size = 2.000 us\n"));
+    EXPECT_THAT(text, HasSubstr("\nLatency Stats: \nMinimum latency for subs       = 5.000 us\n"
+                                "Average latency for subs       = 6.000 us\n"));
+    EXPECT_THAT(
+        text,
+        HasSubstr("\nFirst Last Latency Stats: \nMinimum latency for subs       = 3.000 us\n"));
+    EXPECT_THAT(text,
+                HasSubstr(" us\nDebug information for First Last latency: \n BI:        1 LAT:"));
     // The rates and the warm-up stay at 2 decimals whatever the precision.
-    EXPECT_NE(text.find("Latency warmup                 = 0.00 s\n"), std::string::npos);
+    EXPECT_THAT(text, HasSubstr("Latency warmup                 = 0.00 s\n"));
 }
 
 TEST_F(ReportTest, AFailingCollectionLeavesWhatWasPrinted) {

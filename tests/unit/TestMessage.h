@@ -50,7 +50,6 @@ class TestMessage : public AbstractMessage {
 
     // ---- observations ----
     int decodes_m = 0;
-    std::size_t lastDumpLimit_m = 0;
 
     // Puts record at the start of the attachment, ahead of userBytes.
     void setAttachmentRecord(const ToolData& record, const std::string& userBytes = "") {
@@ -101,7 +100,6 @@ class TestMessage : public AbstractMessage {
     bool isCacheMsg() override { return cacheMsg_m; }
     bool isSuspectMsg() override { return suspectMsg_m; }
     std::string getDump(std::size_t maxBufferSize) override {
-        lastDumpLimit_m = maxBufferSize;
         return maxBufferSize == 0 ? dump_m : dump_m.substr(0, maxBufferSize);
     }
     bool hasDiscardIndication() override { return discardIndication_m; }

@@ -162,29 +162,18 @@ TEST(ToolDataUserProperties, WrittenFieldsFollowTheFlagsAndReadBack) {
     EXPECT_EQ(td.getUserProperties(false, false, props), 2u);
 }
 
-TEST(ToolDataFill, AttachmentCrcCoversOnlyTheBytesBehindTheRecord) {
+// The binary form's record, its CRC of the bytes behind it and a short
+// attachment becoming the record are checked through the client that fills
+// them (AbstractClientToolData); here the property form and the stream ids.
+TEST(ToolDataFill, PropertyFormChecksTheWholeAttachmentAndStreamIdsFollowTheClient) {
     ToolDataFillSettings settings{.wantOrderCheckPublisherStreamNumber_m = true,
                                   .wantLatency_m = true,
                                   .wantPayloadCheck_m = true,
-                                  .orderOffset_m = 100,
-                                  .streamIdOffset_m = 10,
+                                  .toolDataType_m = TOOL_DATA_TYPE_USER_PROP,
                                   .clientIdInt_m = 3};
     std::string attachment(64, 'a');
     attachment[50] = 'z';
     ToolData td;
-    ToolDataFill::fill(td, settings, 5, 1234, "<body/>", attachment);
-    EXPECT_EQ(td.getMsgId(), 105u);
-    EXPECT_EQ(td.getStreamId(), 13);
-    EXPECT_EQ(td.getCrcXmlPayload(), CRC::crc32("<body/>"));
-    const UINT32 size = placeRecord(td, attachment);
-    EXPECT_EQ(td.getLatency(), 1234u);  // a supplied stamp is kept
-    ASSERT_EQ(attachment.size(), 64u);
-    EXPECT_EQ(decoded(attachment).getCrcBinAttach(),
-              CRC::crc32(std::string_view(attachment).substr(size)));
-
-    // The user-property form leaves the whole attachment to the user.
-    settings.toolDataType_m = TOOL_DATA_TYPE_USER_PROP;
-    settings.streamIdOffset_m = -1;
     ToolDataFill::fill(td, settings, 5, 0, "", attachment);
     EXPECT_EQ(td.getCrcBinAttach(), CRC::crc32(attachment));
     EXPECT_EQ(td.getStreamId(), 2);  // the default offset numbers clients from 0
@@ -194,17 +183,6 @@ TEST(ToolDataFill, AttachmentCrcCoversOnlyTheBytesBehindTheRecord) {
     EXPECT_FALSE(td.hasStreamId());
     placeRecord(td, attachment);  // no stamp supplied: taken at send
     EXPECT_NE(td.getLatency(), 0u);
-}
-
-TEST(ToolDataFill, ShortAttachmentDropsItsCrcAndBecomesTheRecord) {
-    ToolDataFillSettings settings{
-        .wantOrderMemory_m = true, .wantLatency_m = true, .wantPayloadCheck_m = true};
-    std::string attachment(10, 'q');
-    ToolData td;
-    ToolDataFill::fill(td, settings, 1, 99, "", attachment);
-    EXPECT_FALSE(td.hasCrcBinAttach());
-    EXPECT_EQ(placeRecord(td, attachment), 24u);
-    EXPECT_EQ(attachment, encoded(td));
 }
 
 }  // namespace
