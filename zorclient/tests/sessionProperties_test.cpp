@@ -28,6 +28,13 @@ class SessionPropertiesTest : public PumpedTest {
         return session;
     }
 
+    // Modifies session's properties with props (closed here by a null).
+    static zorClient_returnCode_t modify(zorClient_opaqueSession_pt session,
+                                         std::vector<const char*> props) {
+        props.push_back(nullptr);
+        return zorClient_session_modifyProperties(session, props.data());
+    }
+
     std::string peerName(zorClient_opaqueSession_pt session) {
         zorClient_field_t field{};
         if (zorClient_session_getCapability(session, "SESSION_PEER_ROUTER_NAME", &field,
@@ -211,39 +218,29 @@ TEST_F(SessionPropertiesTest, RenamingIsSynchronousSilentAndKeepsNamesUnique) {
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
     EXPECT_EQ("#INBOX/default/before", property(session, "SESSION_REPLY_TO_DEFAULT_DEST"));
 
-    const char* rename[] = {"SESSION_CLIENT_NAME", "after", nullptr};
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_modifyProperties(session, rename));
+    ASSERT_EQ(ZORCLIENT_OK, modify(session, {"SESSION_CLIENT_NAME", "after"}));
     EXPECT_EQ("after", property(session, "SESSION_CLIENT_NAME"));
     EXPECT_EQ("#INBOX/default/after", property(session, "SESSION_REPLY_TO_DEFAULT_DEST"));
     // The old name is free, the holder's is not.
     zorClient_opaqueSession_pt reuser = make({"SESSION_CLIENT_NAME", "before"});
     EXPECT_EQ(ZORCLIENT_OK, zorClient_session_connect(reuser));
-    const char* clash[] = {"SESSION_CLIENT_NAME", "held", "SESSION_RECONNECT_RETRIES", "7",
-                           nullptr};
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_modifyProperties(session, clash));
+    EXPECT_EQ(ZORCLIENT_FAIL,
+              modify(session, {"SESSION_CLIENT_NAME", "held", "SESSION_RECONNECT_RETRIES", "7"}));
     EXPECT_EQ(ZORCLIENT_SUBCODE_CLIENT_NAME_ALREADY_IN_USE, lastError().subCode);
     EXPECT_EQ("after", property(session, "SESSION_CLIENT_NAME"));
     EXPECT_EQ("3", property(session, "SESSION_RECONNECT_RETRIES"));  // all or nothing
 
-    const char* fixed[] = {"SESSION_HOST", "embedded://elsewhere", nullptr};
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_modifyProperties(session, fixed));
+    EXPECT_EQ(ZORCLIENT_FAIL, modify(session, {"SESSION_HOST", "embedded://elsewhere"}));
     EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_CONFLICT, lastError().subCode);
     EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "SESSION_HOST"));
-    const char* empty[] = {"SESSION_CLIENT_NAME", "", nullptr};
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_modifyProperties(session, empty));
-    const char* tokens[] = {"SESSION_OAUTH2_ACCESS_TOKEN",
-                            "a",
-                            "EMBEDDED_CACHE_DEPTH",
-                            "5",
-                            "SESSION_OIDC_ID_TOKEN",
-                            "b",
-                            nullptr};
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_modifyProperties(session, tokens));
+    EXPECT_EQ(ZORCLIENT_FAIL, modify(session, {"SESSION_CLIENT_NAME", ""}));
+    EXPECT_EQ(ZORCLIENT_OK,
+              modify(session, {"SESSION_OAUTH2_ACCESS_TOKEN", "a", "EMBEDDED_CACHE_DEPTH", "5",
+                               "SESSION_OIDC_ID_TOKEN", "b"}));
 
     // A rename of a session that is not connected waits for its next connect.
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_disconnect(session));
-    const char* offline[] = {"SESSION_CLIENT_NAME", "held", nullptr};
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_modifyProperties(session, offline));
+    EXPECT_EQ(ZORCLIENT_OK, modify(session, {"SESSION_CLIENT_NAME", "held"}));
     EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_connect(session));
     EXPECT_EQ(ZORCLIENT_SUBCODE_CLIENT_NAME_ALREADY_IN_USE, lastError().subCode);
 
