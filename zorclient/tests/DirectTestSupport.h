@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstring>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -31,11 +30,7 @@ inline Received describe(zorClient_opaqueMsg_pt msg, void* user_p) {
     if (zorClient_msg_getDestination(msg, &destination, sizeof destination) == ZORCLIENT_OK) {
         r.topic = destination.dest;
     }
-    void* data_p = nullptr;
-    zorClient_uint32_t size = 0;
-    if (zorClient_msg_getBinaryAttachmentPtr(msg, &data_p, &size) == ZORCLIENT_OK) {
-        r.attachment.assign(static_cast<const char*>(data_p), size);
-    }
+    r.attachment = zorclient_test::attachmentOf(msg);
     zorClient_consumerId_t id = 0;
     for (zorClient_uint32_t i = 0; zorClient_msg_getConsumerId(msg, i, &id), id != 0xFFFFFFFFu;
          ++i) {
@@ -52,14 +47,8 @@ inline Received describe(zorClient_opaqueMsg_pt msg, void* user_p) {
 class Peer {
   public:
     Peer(zorClient_opaqueContext_pt context, std::vector<const char*> props = {}) {
-        props.push_back(nullptr);
-        zorClient_session_createFuncInfo_t funcInfo{};
-        funcInfo.eventInfo.callback_p = &EventLog::callback;
-        funcInfo.eventInfo.user_p = &events;
-        funcInfo.rxMsgInfo.callback_p = &Peer::rxCallback;
-        funcInfo.rxMsgInfo.user_p = this;
-        EXPECT_EQ(ZORCLIENT_OK, zorClient_session_create(props.data(), context, &session, &funcInfo,
-                                                         sizeof funcInfo))
+        EXPECT_EQ(ZORCLIENT_OK, createSession(context, std::move(props), &events, &session,
+                                              &Peer::rxCallback, this))
             << lastError().errorStr;
         EXPECT_EQ(ZORCLIENT_OK, zorClient_session_connect(session)) << lastError().errorStr;
     }
@@ -149,20 +138,13 @@ inline zorClient_returnCode_t send(zorClient_opaqueSession_pt session, const cha
 }
 
 // Direct messaging tests: library started, one pumped context, pools checked at the end.
-class DirectTest : public LibraryTest {
+class DirectTest : public PumpedTest {
   protected:
-    void SetUp() override {
-        LibraryTest::SetUp();
-        context_m = std::make_unique<PumpedContext>();
-    }
     void TearDown() override {
-        context_m.reset();
+        pumped_m.reset();
         EXPECT_EQ(0u, zorclient_test::allocated()) << "messages or blocks left allocated";
-        LibraryTest::TearDown();
+        PumpedTest::TearDown();
     }
-    zorClient_opaqueContext_pt context() const { return context_m->get(); }
-
-    std::unique_ptr<PumpedContext> context_m;
 };
 
 }  // namespace zctest

@@ -1,6 +1,6 @@
 // Helpers of the context and session tests: a context driven by a thread of the test (as an
-// application drives one), a session whose events are recorded with the error info the
-// callback saw, and waiting with a deadline.
+// application drives one) or by the test itself, sessions whose events are recorded with the
+// error info the callback saw, and waiting with a deadline.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,6 +9,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -88,6 +89,56 @@ class PumpedContext {
     std::atomic<int> failures_m{0};
 };
 
+// Library started and one context pumped by a thread of the test.
+class PumpedTest : public LibraryTest {
+  protected:
+    void SetUp() override {
+        LibraryTest::SetUp();
+        pumped_m = std::make_unique<PumpedContext>();
+    }
+    void TearDown() override {
+        pumped_m.reset();
+        LibraryTest::TearDown();
+    }
+    zorClient_opaqueContext_pt context() const { return pumped_m->get(); }
+
+    std::unique_ptr<PumpedContext> pumped_m;
+};
+
+// Creates a context with props (closed here by a null) and no descriptor callbacks.
+inline zorClient_returnCode_t createContext(std::vector<const char*> props,
+                                            zorClient_opaqueContext_pt* context_p) {
+    props.push_back(nullptr);
+    zorClient_context_createFuncInfo_t funcInfo{};
+    return zorClient_context_create(props.data(), context_p, &funcInfo, sizeof funcInfo);
+}
+
+// A context whose events run only when the test calls process(); destroyed at the end of the
+// scope unless the test destroyed it before.
+class IdleContext {
+  public:
+    IdleContext() {
+        EXPECT_EQ(ZORCLIENT_OK, createContext({}, &context_m)) << lastError().errorStr;
+    }
+    ~IdleContext() {
+        if (context_m != nullptr) {
+            EXPECT_EQ(ZORCLIENT_OK, zorClient_context_destroy(&context_m));
+        }
+    }
+    IdleContext(const IdleContext&) = delete;
+    IdleContext& operator=(const IdleContext&) = delete;
+    zorClient_opaqueContext_pt get() const { return context_m; }
+    void process(int passes = 1) {
+        for (int i = 0; i < passes; ++i) {
+            EXPECT_EQ(ZORCLIENT_OK, zorClient_context_processEvents(context_m));
+        }
+    }
+    zorClient_returnCode_t destroy() { return zorClient_context_destroy(&context_m); }
+
+  private:
+    zorClient_opaqueContext_pt context_m = nullptr;
+};
+
 struct RecordedEvent {
     zorClient_session_event_t event;
     zorClient_subCode_t subCode;  // of the error info inside the callback
@@ -137,16 +188,43 @@ class EventLog {
     std::vector<RecordedEvent> events_m;
 };
 
-// Creates a session on context with props (closed here by a null) and log's callback.
-inline zorClient_returnCode_t createSession(zorClient_opaqueContext_pt context,
-                                            std::vector<const char*> props, EventLog* log_p,
-                                            zorClient_opaqueSession_pt* session_p) {
+// Creates a session on context with props (closed here by a null), log's callback and, when
+// given, a receive callback.
+inline zorClient_returnCode_t createSession(
+    zorClient_opaqueContext_pt context, std::vector<const char*> props, EventLog* log_p,
+    zorClient_opaqueSession_pt* session_p,
+    zorClient_session_rxMsgCallbackFunc_t rxCallback_p = nullptr, void* rxUser_p = nullptr) {
     props.push_back(nullptr);
     zorClient_session_createFuncInfo_t funcInfo{};
     funcInfo.eventInfo.callback_p = &EventLog::callback;
     funcInfo.eventInfo.user_p = log_p;
+    funcInfo.rxMsgInfo.callback_p = rxCallback_p;
+    funcInfo.rxMsgInfo.user_p = rxUser_p;
     return zorClient_session_create(props.data(), context, session_p, &funcInfo, sizeof funcInfo);
 }
+
+// A session with an event log of its own, destroyed (which must succeed) at the end of the scope
+// unless the test destroyed it before. Declared after whatever its callbacks use, so that no
+// callback runs on something already gone.
+class LoggedSession {
+  public:
+    explicit LoggedSession(zorClient_opaqueContext_pt context,
+                           std::vector<const char*> props = {}) {
+        EXPECT_EQ(ZORCLIENT_OK, createSession(context, std::move(props), &log, &handle))
+            << lastError().errorStr;
+    }
+    ~LoggedSession() {
+        if (handle != nullptr) {
+            EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&handle));
+        }
+    }
+    LoggedSession(const LoggedSession&) = delete;
+    LoggedSession& operator=(const LoggedSession&) = delete;
+    operator zorClient_opaqueSession_pt() const { return handle; }
+
+    EventLog log;
+    zorClient_opaqueSession_pt handle = nullptr;
+};
 
 inline std::string property(zorClient_opaqueSession_pt session, const char* name_p) {
     char buffer[ZORCLIENT_REPLY_TO_MAX_SIZE] = {0};

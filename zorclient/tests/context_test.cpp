@@ -13,13 +13,6 @@ namespace {
 
 using namespace zctest;
 
-zorClient_returnCode_t createContext(std::vector<const char*> props,
-                                     zorClient_opaqueContext_pt* context_p) {
-    props.push_back(nullptr);
-    zorClient_context_createFuncInfo_t funcInfo{};
-    return zorClient_context_create(props.data(), context_p, &funcInfo, sizeof funcInfo);
-}
-
 // Callbacks posted through a session, each recording where and in which order it ran.
 struct CallbackTrace {
     std::mutex mutex;
@@ -39,17 +32,16 @@ struct CallbackTrace {
 class ContextTest : public LibraryTest {};
 
 TEST_F(ContextTest, ProcessEventsReturnsOkWithinItsBoundWhenNothingHappens) {
-    zorClient_opaqueContext_pt context = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, createContext({}, &context));
+    IdleContext idle;
     for (int i = 0; i < 3; ++i) {
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(ZORCLIENT_OK, zorClient_context_processEvents(context));
+        EXPECT_EQ(ZORCLIENT_OK, zorClient_context_processEvents(idle.get()));
         const auto took = std::chrono::steady_clock::now() - start;
         EXPECT_LT(took, 150ms);
         EXPECT_GE(took, 40ms);  // it waited rather than spun
     }
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_context_destroy(&context));
-    EXPECT_EQ(nullptr, context);
+    EXPECT_EQ(ZORCLIENT_OK, idle.destroy());
+    EXPECT_EQ(nullptr, idle.get());
 }
 
 // Four threads post callbacks through session, enough to fill the queue's ring several times;
@@ -99,54 +91,24 @@ TEST_F(ContextTest, CallbacksRunOnTheContextThreadInPostingOrderPerThread) {
     {
         // Posting while the context thread runs them.
         PumpedContext context;
-        EventLog log;
-        zorClient_opaqueSession_pt session = nullptr;
-        ASSERT_EQ(ZORCLIENT_OK, createSession(context.get(), {}, &log, &session));
+        LoggedSession session(context.get());
         postFromThreads(session, &trace, &entries);
         ASSERT_TRUE(waitUntil([&] { return trace.size() == entries.size(); }, 20000ms));
         expectAllInPostingOrderOn(trace, context.threadId());
         EXPECT_EQ(0, context.failures());
-        EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
     }
     // Posting while nobody processes events: more than the ring holds waits in the overflow,
     // and still comes out in order, on the thread that calls processEvents.
     trace.calls.clear();
     entries.clear();
-    zorClient_opaqueContext_pt context = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, createContext({}, &context));
-    EventLog log;
-    zorClient_opaqueSession_pt session = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, createSession(context, {}, &log, &session));
+    IdleContext idle;
+    LoggedSession session(idle.get());
     postFromThreads(session, &trace, &entries);
     EXPECT_EQ(0u, trace.size());
     while (trace.size() < entries.size()) {
-        ASSERT_EQ(ZORCLIENT_OK, zorClient_context_processEvents(context));
+        ASSERT_EQ(ZORCLIENT_OK, zorClient_context_processEvents(idle.get()));
     }
     expectAllInPostingOrderOn(trace, std::this_thread::get_id());
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_context_destroy(&context));
-}
-
-TEST_F(ContextTest, CallbacksOfADestroyedSessionDoNotRun) {
-    // No thread processes the context, so the callbacks wait in its queue.
-    zorClient_opaqueContext_pt context = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, createContext({}, &context));
-    EventLog log;
-    zorClient_opaqueSession_pt session = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, createSession(context, {}, &log, &session));
-    CallbackTrace trace;
-    std::pair<CallbackTrace*, std::uintptr_t> entry{&trace, 1};
-    auto* handle = reinterpret_cast<zorClient_opaqueTransactedSession_pt>(session);
-    ASSERT_EQ(ZORCLIENT_OK, _zorClient_messageDispatcher_invokeUserCallback(
-                                handle, &CallbackTrace::record, &entry));
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_context_processEvents(context));
-    EXPECT_EQ(0u, trace.size());
-    // The stale handle is refused.
-    EXPECT_EQ(ZORCLIENT_FAIL, _zorClient_messageDispatcher_invokeUserCallback(
-                                  handle, &CallbackTrace::record, &entry));
-    EXPECT_EQ(ZORCLIENT_SUBCODE_INVALID_HANDLE, lastError().subCode);
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_context_destroy(&context));
 }
 
 // The first CPU this process may run on, as a CPU list.
@@ -188,13 +150,11 @@ TEST_F(ContextTest, OwnThreadRunsTheCallbacksAndRefusesProcessEvents) {
 
 TEST_F(ContextTest, DestroyFromInsideItsOwnCallbackIsRefused) {
     PumpedContext context;
-    EventLog log;
-    zorClient_opaqueSession_pt session = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, createSession(context.get(), {}, &log, &session));
     std::atomic<int> destroyResult{1};
     std::atomic<int> subCode{0};
+    LoggedSession session(context.get());
     zorClient_opaqueContext_pt handle = context.get();
-    log.onEvent = [&](zorClient_opaqueSession_pt, zorClient_session_event_t) {
+    session.log.onEvent = [&](zorClient_opaqueSession_pt, zorClient_session_event_t) {
         zorClient_opaqueContext_pt copy = handle;
         destroyResult = zorClient_context_destroy(&copy);
         subCode = lastError().subCode;
@@ -202,10 +162,9 @@ TEST_F(ContextTest, DestroyFromInsideItsOwnCallbackIsRefused) {
         EXPECT_EQ(ZORCLIENT_FAIL, zorClient_context_processEvents(handle));
     };
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
-    ASSERT_TRUE(log.waitForCount(1));
+    ASSERT_TRUE(session.log.waitForCount(1));
     EXPECT_EQ(ZORCLIENT_FAIL, destroyResult.load());
     EXPECT_EQ(ZORCLIENT_SUBCODE_INVALID_SESSION_OPERATION, subCode.load());
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
 }
 
 TEST_F(ContextTest, BadPropertiesAndArgumentsFailNamingWhatIsWrong) {
@@ -235,6 +194,10 @@ TEST_F(ContextTest, BadPropertiesAndArgumentsFailNamingWhatIsWrong) {
     ASSERT_EQ(ZORCLIENT_OK, createSession(context, {}, &log, &first));
     EXPECT_EQ(ZORCLIENT_FAIL, createSession(context, {}, &log, &second));
     EXPECT_EQ(ZORCLIENT_SUBCODE_TOO_MANY_SESSIONS, lastError().subCode);
+    // A session handle is not a context handle.
+    EXPECT_EQ(ZORCLIENT_FAIL,
+              zorClient_context_processEvents(reinterpret_cast<zorClient_opaqueContext_pt>(first)));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_INVALID_HANDLE, lastError().subCode);
     EXPECT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&first));
 
     // Non-zero descriptor callbacks, a short record, null and stale handles.
@@ -253,9 +216,6 @@ TEST_F(ContextTest, BadPropertiesAndArgumentsFailNamingWhatIsWrong) {
     EXPECT_EQ(ZORCLIENT_FAIL, zorClient_context_destroy(&stale));
     EXPECT_EQ(ZORCLIENT_FAIL, zorClient_context_processEvents(nullptr));
     EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
-    // A session handle is not a context handle.
-    EXPECT_EQ(ZORCLIENT_FAIL,
-              zorClient_context_processEvents(reinterpret_cast<zorClient_opaqueContext_pt>(first)));
 }
 
 TEST(ContextBeforeInitialize, CreateIsRefused) {

@@ -111,43 +111,32 @@ TEST_F(DirectTest, TopicSequenceNumbersCountPerTopicUnlessTheSenderSetsOne) {
 TEST_F(DirectTest, AReceiverThatFallsBehindLosesMessagesAndLearnsOfIt) {
     // A context nobody processes yet: deliveries pile up in the receiver's egress, which holds
     // 1000 bytes: three messages of 200 bytes and their overhead.
-    zorClient_opaqueContext_pt slow = nullptr;
-    zorClient_context_createFuncInfo_t funcInfo{};
-    const char* none[] = {nullptr};
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_context_create(none, &slow, &funcInfo, sizeof funcInfo));
+    IdleContext slow;
     const std::string payload(200, 'p');
-    {
-        // A broker of its own that queues nothing beyond the session's buffers.
-        Peer receiver(
-            slow, {"SESSION_HOST", "embedded://tight-egress", "SESSION_SOCKET_RCV_BUF_SIZE", "0",
+    // A broker of its own that queues nothing beyond the session's buffers.
+    Peer receiver(slow.get(),
+                  {"SESSION_HOST", "embedded://tight-egress", "SESSION_SOCKET_RCV_BUF_SIZE", "0",
                    "SESSION_BUFFER_SIZE", "1000", "EMBEDDED_EGRESS_QUEUE_SIZE", "0"});
-        receiver.subscribe("e/x");
-        Peer sender(context(), {"SESSION_HOST", "embedded://tight-egress"});
-        for (int i = 0; i < 10; ++i) {
-            ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", payload + std::to_string(i)));
-        }
-        auto drain = [&] {
-            for (int i = 0; i < 3; ++i) {
-                zorClient_context_processEvents(slow);
-            }
-        };
-        drain();
-        ASSERT_EQ(3u, receiver.count());
-        EXPECT_EQ(payload + "2", receiver.received()[2].attachment);
-        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", "after"));
-        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", "later"));
-        drain();
-        const std::vector<Received> received = receiver.received();
-        ASSERT_EQ(5u, received.size());
-        EXPECT_FALSE(received[2].discardIndication);
-        EXPECT_TRUE(received[3].discardIndication);
-        EXPECT_EQ("after", received[3].attachment);
-        EXPECT_FALSE(received[4].discardIndication);
-        EXPECT_EQ(1u, receiver.rx(ZORCLIENT_STATS_RX_DISCARD_IND));
-        EXPECT_EQ(5u, receiver.rx(ZORCLIENT_STATS_RX_DIRECT_MSGS));
-        EXPECT_EQ(12u, sender.tx(ZORCLIENT_STATS_TX_DIRECT_MSGS));
+    receiver.subscribe("e/x");
+    Peer sender(context(), {"SESSION_HOST", "embedded://tight-egress"});
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", payload + std::to_string(i)));
     }
-    zorClient_context_destroy(&slow);
+    slow.process(3);
+    ASSERT_EQ(3u, receiver.count());
+    EXPECT_EQ(payload + "2", receiver.received()[2].attachment);
+    ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", "after"));
+    ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "e/x", "later"));
+    slow.process(3);
+    const std::vector<Received> received = receiver.received();
+    ASSERT_EQ(5u, received.size());
+    EXPECT_FALSE(received[2].discardIndication);
+    EXPECT_TRUE(received[3].discardIndication);
+    EXPECT_EQ("after", received[3].attachment);
+    EXPECT_FALSE(received[4].discardIndication);
+    EXPECT_EQ(1u, receiver.rx(ZORCLIENT_STATS_RX_DISCARD_IND));
+    EXPECT_EQ(5u, receiver.rx(ZORCLIENT_STATS_RX_DIRECT_MSGS));
+    EXPECT_EQ(12u, sender.tx(ZORCLIENT_STATS_TX_DIRECT_MSGS));
 }
 
 std::atomic<int> lateCallbacks_s{0};
@@ -159,17 +148,12 @@ zorClient_rxMsgCallback_returnCode_t countLate(zorClient_opaqueSession_pt, zorCl
 }
 
 TEST_F(DirectTest, DeliveriesStillQueuedWhenTheirSessionGoesAreDroppedUnseen) {
-    zorClient_opaqueContext_pt idle = nullptr;
-    zorClient_context_createFuncInfo_t contextInfo{};
-    const char* none[] = {nullptr};
-    ASSERT_EQ(ZORCLIENT_OK,
-              zorClient_context_create(none, &idle, &contextInfo, sizeof contextInfo));
+    IdleContext idle;
+    EventLog log;
     Peer sender(context());
     auto receiverWithQueued = [&](int messages) {
-        zorClient_session_createFuncInfo_t info{};
-        info.rxMsgInfo.callback_p = &countLate;
         zorClient_opaqueSession_pt session = nullptr;
-        EXPECT_EQ(ZORCLIENT_OK, zorClient_session_create(none, idle, &session, &info, sizeof info));
+        EXPECT_EQ(ZORCLIENT_OK, createSession(idle.get(), {}, &log, &session, &countLate));
         EXPECT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
         EXPECT_EQ(ZORCLIENT_OK, zorClient_session_topicSubscribeExt(session, 0, "late/x"));
         for (int i = 0; i < messages; ++i) {
@@ -180,12 +164,10 @@ TEST_F(DirectTest, DeliveriesStillQueuedWhenTheirSessionGoesAreDroppedUnseen) {
     // Gone before its context ran: the context's next passes drop what was queued for it.
     zorClient_opaqueSession_pt gone = receiverWithQueued(5);
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&gone));
-    for (int i = 0; i < 3; ++i) {
-        zorClient_context_processEvents(idle);
-    }
+    idle.process(3);
     // Still there when its context is destroyed, with deliveries queued: the destroy drops them.
     receiverWithQueued(4);
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_context_destroy(&idle));
+    ASSERT_EQ(ZORCLIENT_OK, idle.destroy());
     EXPECT_EQ(0, lateCallbacks_s.load());
 }
 

@@ -1,5 +1,5 @@
 // Sending: what a message carries, batches, blocking and non-blocking sends while reconnecting,
-// what cannot be sent, statistics, library calls from inside callbacks, and bad handles.
+// what cannot be sent, statistics, and library calls from inside callbacks.
 #include <gtest/gtest.h>
 
 #include <mutex>
@@ -13,89 +13,29 @@ using namespace zctest;
 
 TEST_F(DirectTest, EveryFieldArrivesAndTheSenderMayReuseItsMessageAtOnce) {
     Peer receiver(context());
-    receiver.subscribe("m/>");
+    receiver.subscribe("t/>");
     std::atomic<zorClient_opaqueMsg_pt> kept{nullptr};
     receiver.onMessage = [&](zorClient_opaqueMsg_pt msg) {
         zorClient_opaqueMsg_pt none = nullptr;
         return kept.compare_exchange_strong(none, msg);  // keep the first one only
     };
     Peer sender(context());
-    std::string body = "<xml/>";
     std::string attachment(100, 'a');
-    OutMsg msg("m/1", "");
-    zorClient_msg_setXmlPtr(msg, body.data(), static_cast<zorClient_uint32_t>(body.size()));
-    zorClient_msg_setBinaryAttachmentPtr(msg, attachment.data(), 100);
-    zorClient_msg_setUserData(msg, "user", 4);
-    zorClient_opaqueContainer_pt map = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_createUserPropertyMap(msg, &map, 100));
-    zorClient_container_addInt64(map, 42, "l");
-    zorClient_container_closeMapStream(&map);
-    zorClient_destination_t replyTo{ZORCLIENT_TOPIC_DESTINATION, "m/reply"};
-    zorClient_msg_setReplyTo(msg, &replyTo, sizeof replyTo);
-    zorClient_msg_setCorrelationId(msg, "corr");
-    zorClient_msg_setApplicationMessageId(msg, "app-id");
-    zorClient_msg_setApplicationMsgType(msg, "b");
-    zorClient_msg_setSenderId(msg, "sender");
-    zorClient_msg_setSenderTimestamp(msg, 1234);
-    zorClient_msg_setSequenceNumber(msg, 99);
-    zorClient_msg_setClassOfService(msg, ZORCLIENT_COS_3);
-    zorClient_msg_setPriority(msg, 7);
-    zorClient_msg_setDMQEligible(msg, 1);
-    zorClient_msg_setTimeToLive(msg, 60000);
-    zorClient_msg_setAckImmediately(msg, 1);
-    zorClient_msg_setHttpContentType(msg, "text/plain");
-    zorClient_msg_setHttpContentEncoding(msg, "gzip");
+    OutMsg msg("t/1");
+    zorclient_test::fillEverything(msg, attachment.c_str());
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_sendMsg(sender.session, msg));
-    // The send copied: the caller's buffers and message change, the received message does not.
-    body.assign(body.size(), 'X');
+    // The send copied: the caller's buffer and message change, the received message does not.
     attachment.assign(100, 'Z');
     zorClient_msg_reset(msg);
     ASSERT_TRUE(waitUntil([&] { return kept.load() != nullptr; }));
     zorClient_opaqueMsg_pt got = kept.load();
-    void* data_p = nullptr;
-    zorClient_uint32_t size = 0;
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getXmlPtr(got, &data_p, &size));
-    EXPECT_EQ("<xml/>", std::string(static_cast<char*>(data_p), size));
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getBinaryAttachmentPtr(got, &data_p, &size));
-    EXPECT_EQ(std::string(100, 'a'), std::string(static_cast<char*>(data_p), size));
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserDataPtr(got, &data_p, &size));
-    EXPECT_EQ("user", std::string(static_cast<char*>(data_p), size));
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getUserPropertyMap(got, &map));
-    zorClient_int64_t l = 0;
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_container_getInt64(map, &l, "l"));
-    EXPECT_EQ(42, l);
-    zorClient_container_closeMapStream(&map);
-    zorClient_destination_t destination{};
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_msg_getReplyTo(got, &destination, sizeof destination));
-    EXPECT_STREQ("m/reply", destination.dest);
-    const std::vector<std::pair<decltype(&zorClient_msg_getCorrelationId), const char*>> texts = {
-        {&zorClient_msg_getCorrelationId, "corr"},
-        {&zorClient_msg_getApplicationMessageId, "app-id"},
-        {&zorClient_msg_getApplicationMsgType, "b"},
-        {&zorClient_msg_getSenderId, "sender"},
-        {&zorClient_msg_getHttpContentType, "text/plain"},
-        {&zorClient_msg_getHttpContentEncoding, "gzip"}};
-    for (const auto& [getter, expected] : texts) {
-        const char* text_p = nullptr;
-        EXPECT_EQ(ZORCLIENT_OK, getter(got, &text_p));
-        EXPECT_STREQ(expected, text_p);
-    }
-    zorClient_int64_t stamp = 0, sequence = 0;
-    zorClient_uint32_t cos = 0, mode = 9;
-    zorClient_int32_t priority = 0;
+    zorclient_test::expectEverything(got, std::string(100, 'a'), true);
+    zorClient_uint32_t mode = 9;
     zorClient_uint64_t expiration = 0;
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getSenderTimestamp(got, &stamp) |
-                                zorClient_msg_getSequenceNumber(got, &sequence) |
-                                zorClient_msg_getClassOfService(got, &cos) |
-                                zorClient_msg_getDeliveryMode(got, &mode) |
-                                zorClient_msg_getPriority(got, &priority) |
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_msg_getDeliveryMode(got, &mode) |
                                 zorClient_msg_getExpiration(got, &expiration));
-    EXPECT_EQ((std::vector<std::int64_t>{1234, 99, ZORCLIENT_COS_3,
-                                         ZORCLIENT_RX_DELIVERY_MODE_DIRECT, 7}),
-              (std::vector<std::int64_t>{stamp, sequence, cos, mode, priority}));
+    EXPECT_EQ(ZORCLIENT_RX_DELIVERY_MODE_DIRECT, mode);
     EXPECT_GT(expiration, 0u);
-    EXPECT_EQ(1, zorClient_msg_isDMQEligible(got));
-    EXPECT_EQ(1, zorClient_msg_isAckImmediately(got));
     EXPECT_EQ(0, zorClient_msg_isReplyMsg(got));
     // A received message goes on as it is, to another topic (reflection).
     Peer reflected(context());
@@ -227,32 +167,7 @@ TEST_F(DirectTest, WhatCannotBeSentFailsWithAReason) {
     EXPECT_EQ(ZORCLIENT_FAIL, send(peer.session, "x"));
     EXPECT_EQ(ZORCLIENT_SUBCODE_SESSION_NOT_ESTABLISHED, lastError().subCode);
     EXPECT_EQ(ZORCLIENT_NOT_READY, zorClient_session_topicSubscribeExt(peer.session, 0, "x"));
-    // Null and destroyed handles.
-    zorClient_opaqueSession_pt destroyed = nullptr;
-    EventLog log;
-    ASSERT_EQ(ZORCLIENT_OK, createSession(context(), {}, &log, &destroyed));
-    zorClient_opaqueSession_pt stale = destroyed;
-    zorClient_session_destroy(&destroyed);
-    OutMsg msg("x");
-    zorClient_opaqueMsg_pt reply = nullptr;
-    zorClient_uint32_t written = 0;
-    zorClient_session_rxMsgDispatchFuncInfo_t dispatch{ZORCLIENT_DISPATCH_TYPE_CALLBACK,
-                                                       &Peer::dispatchCallback, nullptr, nullptr};
-    for (zorClient_opaqueSession_pt session : {zorClient_opaqueSession_pt{nullptr}, stale}) {
-        const zorClient_subCode_t expected = session == nullptr ? ZORCLIENT_SUBCODE_PARAM_NULL_PTR
-                                                                : ZORCLIENT_SUBCODE_INVALID_HANDLE;
-        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(session, msg));
-        EXPECT_EQ(expected, lastError().subCode);
-        EXPECT_EQ(ZORCLIENT_FAIL,
-                  zorClient_session_sendMultipleMsg(session, &msg.msg, 1, &written));
-        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendRequest(session, msg, &reply, 10));
-        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendReply(session, msg, msg));
-        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicSubscribeExt(session, 0, "x"));
-        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicUnsubscribeExt(session, 0, "x"));
-        EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicSubscribeWithDispatch(session, 0, "x",
-                                                                               &dispatch, nullptr));
-        EXPECT_EQ(expected, lastError().subCode);
-    }
+    // A null message or topic.
     EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_sendMsg(peer.session, nullptr));
     EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_topicSubscribeExt(peer.session, 0, nullptr));
     EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
@@ -304,7 +219,8 @@ TEST_F(DirectTest, ACallbackMaySubscribeAndSendAndKeepItsMessage) {
     ASSERT_EQ(ZORCLIENT_OK, send(sender.session, "in/x"));
     ASSERT_TRUE(waitUntil([&] { return takenCount.load() == 2; }));
     EXPECT_EQ("from the callback", peer.received()[1].attachment);
-    EXPECT_EQ(2u, zorclient_test::stat(ZORCLIENT_MSG_STATS_ALLOC_MSGS));
+    // Only the taken messages count: the broker copies they keep alive are not the application's.
+    EXPECT_EQ(2u, zorclient_test::allocated());
     for (zorClient_opaqueMsg_pt msg : taken) {
         zorClient_msg_free(&msg);
     }

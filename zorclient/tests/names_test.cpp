@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 #include "zorClient.h"
 
@@ -44,23 +45,20 @@ TEST(Names, SubcodesAreDistinctConstantNamesWithTheFixedValuesInPlace) {
         EXPECT_EQ(0u, name.rfind("ZORCLIENT_SUBCODE_", 0)) << name;
     }
     // The values that outside parties rely on, and the texts compared as text.
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_CACHE_NO_DATA",
-                 zorClient_subCodeToString(static_cast<zorClient_subCode_t>(51)));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_CACHE_SUSPECT_DATA",
-                 zorClient_subCodeToString(static_cast<zorClient_subCode_t>(52)));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_CACHE_TIMEOUT",
-                 zorClient_subCodeToString(static_cast<zorClient_subCode_t>(55)));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_UNKNOWN_FLOW_NAME",
-                 zorClient_subCodeToString(static_cast<zorClient_subCode_t>(94)));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_REPLICATION_IS_STANDBY",
-                 zorClient_subCodeToString(static_cast<zorClient_subCode_t>(95)));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_CACHE_REQUEST_CANCELLED",
-                 zorClient_subCodeToString(static_cast<zorClient_subCode_t>(107)));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_COMMIT_STATUS_UNKNOWN",
-                 zorClient_subCodeToString(ZORCLIENT_SUBCODE_COMMIT_STATUS_UNKNOWN));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_TIMEOUT", zorClient_subCodeToString(ZORCLIENT_SUBCODE_TIMEOUT));
-    EXPECT_STREQ("ZORCLIENT_SUBCODE_NOT_SUPPORTED",
-                 zorClient_subCodeToString(ZORCLIENT_SUBCODE_NOT_SUPPORTED));
+    const std::pair<int, const char*> fixed[] = {
+        {51, "ZORCLIENT_SUBCODE_CACHE_NO_DATA"},
+        {52, "ZORCLIENT_SUBCODE_CACHE_SUSPECT_DATA"},
+        {55, "ZORCLIENT_SUBCODE_CACHE_TIMEOUT"},
+        {94, "ZORCLIENT_SUBCODE_UNKNOWN_FLOW_NAME"},
+        {95, "ZORCLIENT_SUBCODE_REPLICATION_IS_STANDBY"},
+        {107, "ZORCLIENT_SUBCODE_CACHE_REQUEST_CANCELLED"},
+        {ZORCLIENT_SUBCODE_COMMIT_STATUS_UNKNOWN, "ZORCLIENT_SUBCODE_COMMIT_STATUS_UNKNOWN"},
+        {ZORCLIENT_SUBCODE_TIMEOUT, "ZORCLIENT_SUBCODE_TIMEOUT"},
+        {ZORCLIENT_SUBCODE_NOT_SUPPORTED, "ZORCLIENT_SUBCODE_NOT_SUPPORTED"},
+    };
+    for (const auto& [value, name] : fixed) {
+        EXPECT_STREQ(name, zorClient_subCodeToString(static_cast<zorClient_subCode_t>(value)));
+    }
     // The library's own codes run from 0 without gaps and stay clear of the fixed ones.
     for (int value = 0; value <= ZORCLIENT_SUBCODE_CACHE_ERROR_RESPONSE; ++value) {
         EXPECT_EQ(1u, values.count(value)) << value;

@@ -33,22 +33,17 @@ TEST(Version, FieldsAreFilledBeforeInitialize) {
     EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
 }
 
-TEST_F(InitializeTest, NullArrayAndASecondCallAreHarmless) {
+TEST_F(InitializeTest, ASecondCallIsHarmlessAndTheGlobalKeysAreTaken) {
     ASSERT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_ERROR, nullptr));
     EXPECT_EQ(ZORCLIENT_LOG_ERROR, _zorClient_log_appFilterLevel_g);
     // A second call changes nothing, whatever it passes.
     const char* bad[] = {"GLOBAL_DBQUANTA_SIZE_0", "junk", nullptr, nullptr};
     EXPECT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_DEBUG, bad));
     EXPECT_EQ(ZORCLIENT_LOG_ERROR, _zorClient_log_appFilterLevel_g);
-    // After a cleanup the library starts again.
+    // After a cleanup the library starts again, here with the array an application builds: five
+    // rising quanta, library paths, broker keys and keys of other objects that a shared
+    // extra-properties list brings along; closed by two nulls.
     ASSERT_EQ(ZORCLIENT_OK, zorClient_cleanup());
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_INFO, nullptr));
-    EXPECT_EQ(ZORCLIENT_LOG_INFO, _zorClient_log_appFilterLevel_g);
-}
-
-TEST_F(InitializeTest, AcceptsTheGlobalKeysAndIgnoresOtherPrefixes) {
-    // As an application builds it: five rising quanta, library paths, broker keys and keys of
-    // other objects that a shared extra-properties list brings along; closed by two nulls.
     const char* props[] = {"GLOBAL_DBQUANTA_SIZE_0",
                            "100",
                            "GLOBAL_DBQUANTA_SIZE_1",
@@ -73,10 +68,11 @@ TEST_F(InitializeTest, AcceptsTheGlobalKeysAndIgnoresOtherPrefixes) {
                            "5",
                            nullptr,
                            nullptr};
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_NOTICE, props));
+    EXPECT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_INFO, props));
+    EXPECT_EQ(ZORCLIENT_LOG_INFO, _zorClient_log_appFilterLevel_g);
 }
 
-TEST_F(InitializeTest, BadQuantumFailsNamingTheKeyAndChangesNothing) {
+TEST_F(InitializeTest, BadPropertiesFailNamingTheKeyAndChangeNothing) {
     ASSERT_EQ(ZORCLIENT_OK,
               zorClient_log_setFilterLevel(ZORCLIENT_LOG_CATEGORY_ALL, ZORCLIENT_LOG_NOTICE));
     const std::vector<std::string> badValues = {"0",    "-4096", "abc",    "12x",       " 512",
@@ -95,6 +91,18 @@ TEST_F(InitializeTest, BadQuantumFailsNamingTheKeyAndChangesNothing) {
                 << lastError().errorStr;
         }
     }
+    // Quanta that do not rise, a key without a value and an unknown level are refused too.
+    const char* flat[] = {
+        "GLOBAL_DBQUANTA_SIZE_0", "100", "GLOBAL_DBQUANTA_SIZE_1", "100", nullptr, nullptr};
+    ASSERT_EQ(ZORCLIENT_FAIL, zorClient_initialize(ZORCLIENT_LOG_DEBUG, flat));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_CONFLICT, lastError().subCode);
+    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "GLOBAL_DBQUANTA_SIZE_1"));
+    const char* noValue[] = {"GLOBAL_SSL_LIB", nullptr, nullptr};
+    ASSERT_EQ(ZORCLIENT_FAIL, zorClient_initialize(ZORCLIENT_LOG_DEBUG, noValue));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
+    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "GLOBAL_SSL_LIB"));
+    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_initialize(static_cast<zorClient_log_level_t>(8), nullptr));
+    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE, lastError().subCode);
     // The failures left the library stopped and the level alone.
     EXPECT_EQ(ZORCLIENT_LOG_NOTICE, _zorClient_log_appFilterLevel_g);
     const char* good[] = {"GLOBAL_DBQUANTA_SIZE_0", "512", nullptr, nullptr};
@@ -102,25 +110,7 @@ TEST_F(InitializeTest, BadQuantumFailsNamingTheKeyAndChangesNothing) {
     EXPECT_EQ(ZORCLIENT_LOG_DEBUG, _zorClient_log_appFilterLevel_g);
 }
 
-TEST_F(InitializeTest, QuantaThatDoNotRiseAreRefused) {
-    const char* props[] = {
-        "GLOBAL_DBQUANTA_SIZE_0", "100", "GLOBAL_DBQUANTA_SIZE_1", "100", nullptr, nullptr};
-    ASSERT_EQ(ZORCLIENT_FAIL, zorClient_initialize(ZORCLIENT_LOG_NOTICE, props));
-    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_CONFLICT, lastError().subCode);
-    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "GLOBAL_DBQUANTA_SIZE_1"));
-}
-
-TEST_F(InitializeTest, KeyWithoutValueAndBadLevelAreRefused) {
-    const char* props[] = {"GLOBAL_SSL_LIB", nullptr, nullptr};
-    ASSERT_EQ(ZORCLIENT_FAIL, zorClient_initialize(ZORCLIENT_LOG_NOTICE, props));
-    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_NULL_PTR, lastError().subCode);
-    EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "GLOBAL_SSL_LIB"));
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_initialize(static_cast<zorClient_log_level_t>(8), nullptr));
-    EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE, lastError().subCode);
-}
-
 TEST(MsgPoolStats, EveryValidStatisticReadsZeroWhileNoMessageExists) {
-    int reads = 0;
     for (int stat = 0; stat < ZORCLIENT_MSG_STATS_NUM_STATS; ++stat) {
         int pools = stat == ZORCLIENT_MSG_STATS_FREE_DATA_BLOCKS ? ZORCLIENT_MSG_NUM_DBQUANTA
                     : stat == ZORCLIENT_MSG_STATS_ALLOC_DATA_BLOCKS
@@ -133,10 +123,8 @@ TEST(MsgPoolStats, EveryValidStatisticReadsZeroWhileNoMessageExists) {
                                             static_cast<zorClient_uint32_t>(pool), &value))
                 << stat << "/" << pool;
             EXPECT_EQ(0u, value) << stat << "/" << pool;
-            ++reads;
         }
     }
-    EXPECT_EQ(10 + 5 + 6, reads);
 }
 
 TEST(MsgPoolStats, InvalidStatisticOrPoolIndexFailsWithAParameterSubcode) {

@@ -9,12 +9,7 @@ namespace {
 
 using namespace zctest;
 
-std::string attachmentOf(zorClient_opaqueMsg_pt msg) {
-    void* data_p = nullptr;
-    zorClient_uint32_t size = 0;
-    zorClient_msg_getBinaryAttachmentPtr(msg, &data_p, &size);
-    return std::string(static_cast<char*>(data_p), size);
-}
+using zorclient_test::attachmentOf;
 
 TEST_F(DirectTest, ARequestGetsItsReplyBothWaysOfReplying) {
     Peer replier(context());
@@ -88,19 +83,17 @@ TEST_F(DirectTest, ALateReplyIsDiscardedAndCounted) {
 }
 
 TEST_F(DirectTest, DestroyingTheSessionEndsAWaitingRequest) {
-    zorClient_opaqueSession_pt session = nullptr;
-    EventLog log;
-    ASSERT_EQ(ZORCLIENT_OK, createSession(context(), {}, &log, &session));
+    LoggedSession session(context());
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
     std::atomic<zorClient_returnCode_t> result{ZORCLIENT_OK};
-    std::thread requester([&] {
+    std::thread requester([&, handle = session.handle] {
         OutMsg request("nobody/listens");
         zorClient_opaqueMsg_pt reply = nullptr;
-        result = zorClient_session_sendRequest(session, request, &reply, 10000);
+        result = zorClient_session_sendRequest(handle, request, &reply, 10000);
     });
     std::this_thread::sleep_for(50ms);
     const auto start = std::chrono::steady_clock::now();
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session));
+    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_destroy(&session.handle));
     requester.join();
     EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
     EXPECT_EQ(ZORCLIENT_FAIL, result.load());

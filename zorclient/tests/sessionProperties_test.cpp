@@ -10,27 +10,29 @@ namespace {
 
 using namespace zctest;
 
-class SessionPropertiesTest : public LibraryTest {
+class SessionPropertiesTest : public PumpedTest {
   protected:
-    void SetUp() override {
-        LibraryTest::SetUp();
-        pumped_m = std::make_unique<PumpedContext>();
-    }
     void TearDown() override {
         for (zorClient_opaqueSession_pt& session : sessions_m) {
             zorClient_session_destroy(&session);
         }
-        pumped_m.reset();
-        LibraryTest::TearDown();
+        PumpedTest::TearDown();
     }
 
     // A session destroyed at the end of the test; null when creation failed.
     zorClient_opaqueSession_pt make(std::vector<const char*> props) {
         zorClient_opaqueSession_pt session = nullptr;
-        if (createSession(pumped_m->get(), std::move(props), &log_m, &session) == ZORCLIENT_OK) {
+        if (createSession(context(), std::move(props), &log_m, &session) == ZORCLIENT_OK) {
             sessions_m.push_back(session);
         }
         return session;
+    }
+
+    // Modifies session's properties with props (closed here by a null).
+    static zorClient_returnCode_t modify(zorClient_opaqueSession_pt session,
+                                         std::vector<const char*> props) {
+        props.push_back(nullptr);
+        return zorClient_session_modifyProperties(session, props.data());
     }
 
     std::string peerName(zorClient_opaqueSession_pt session) {
@@ -43,7 +45,6 @@ class SessionPropertiesTest : public LibraryTest {
         return field.value.string;
     }
 
-    std::unique_ptr<PumpedContext> pumped_m;
     EventLog log_m;
     std::vector<zorClient_opaqueSession_pt> sessions_m;
 };
@@ -76,88 +77,53 @@ TEST_F(SessionPropertiesTest, BadValuesFailNamingTheKeyWhileForeignKeysAreIgnore
     // As an application builds it: every key of its table, then an extra list that repeats a
     // key (the last wins, so the bad first value does not count) and brings keys of other
     // objects and of the application itself.
-    zorClient_opaqueSession_pt session = make({"SESSION_HOST",
-                                               "",
-                                               "SESSION_USERNAME",
-                                               "perf_client000001",
-                                               "SESSION_PASSWORD",
-                                               "",
-                                               "SESSION_CLIENT_NAME",
-                                               "props-first",
-                                               "SESSION_VPN_NAME",
-                                               "default",
-                                               "SESSION_TCP_NODELAY",
-                                               "1",
-                                               "SESSION_IGNORE_DUP_SUBSCRIPTION_ERROR",
-                                               "1",
-                                               "SESSION_CONNECT_BLOCKING",
-                                               "maybe",
-                                               "SESSION_SUBSCRIBE_BLOCKING",
-                                               "1",
-                                               "SESSION_SEND_BLOCKING",
-                                               "0",
-                                               "SESSION_REAPPLY_SUBSCRIPTIONS",
-                                               "1",
-                                               "SESSION_BUFFER_SIZE",
-                                               "90000",
-                                               "SESSION_WRITE_TIMEOUT_MS",
-                                               "3000",
-                                               "SESSION_KEEP_ALIVE_INTERVAL_MS",
-                                               "0",
-                                               "SESSION_SOCKET_RCV_BUF_SIZE",
-                                               "150000",
-                                               "SESSION_SOCKET_SEND_BUF_SIZE",
-                                               "90000",
-                                               "SESSION_PUB_WINDOW_SIZE",
-                                               "255",
-                                               "SESSION_PUB_ACK_TIMER",
-                                               "5000",
-                                               "SESSION_SUBSCRIBER_LOCAL_PRIORITY",
-                                               "4",
-                                               "SESSION_SUBSCRIBER_NETWORK_PRIORITY",
-                                               "1",
-                                               "SESSION_COMPRESSION_LEVEL",
-                                               "9",
-                                               "SESSION_PAYLOAD_COMPRESSION_LEVEL",
-                                               "0",
-                                               "SESSION_RECONNECT_RETRIES",
-                                               "-1",
-                                               "SESSION_RECONNECT_RETRY_WAIT_MS",
-                                               "-1",
-                                               "SESSION_MAX_FLOWS",
-                                               "501",
-                                               "SESSION_TOPIC_DISPATCH",
-                                               "1",
-                                               "SESSION_NO_LOCAL",
-                                               "1",
-                                               "SESSION_ACK_EVENT_MODE",
-                                               "SESSION_ACK_EVENT_MODE_WINDOWED",
-                                               "SESSION_SSL_VALIDATE_CERTIFICATE",
-                                               "0",
-                                               "SESSION_SSL_TRUST_STORE_DIR",
-                                               "/certs",
-                                               "SESSION_AUTHENTICATION_SCHEME",
-                                               "AUTHENTICATION_SCHEME_OAUTH2",
-                                               "SESSION_GD_RECONNECT_FAIL_ACTION",
-                                               "GD_RECONNECT_FAIL_ACTION_DISCONNECT",
-                                               "SESSION_OAUTH2_ACCESS_TOKEN",
-                                               "t0ken",
-                                               "SESSION_CONNECT_TIMEOUT_MS",
-                                               "180000",
-                                               "SESSION_SUBCONFIRM_TIMEOUT_MS",
-                                               "20000",
-                                               "SESSION_CLIENT_NAME",
-                                               "props-last",
-                                               "FLOW_WINDOWSIZE",
-                                               "junk",
-                                               "CONTEXT_MAX_FLOWS",
-                                               "-3",
-                                               "ZORVANE_VEXLOAD_MTR_CATCHUP_NS",
-                                               "100",
-                                               "SESSION_NOT_A_KEY",
-                                               "x",
-                                               "SESSION_CONNECT_BLOCKING",
-                                               "0"});
+    const std::vector<std::pair<const char*, const char*>> appProps = {
+        {"SESSION_HOST", ""},
+        {"SESSION_USERNAME", "perf_client000001"},
+        {"SESSION_PASSWORD", ""},
+        {"SESSION_CLIENT_NAME", "props-first"},
+        {"SESSION_VPN_NAME", "default"},
+        {"SESSION_TCP_NODELAY", "1"},
+        {"SESSION_IGNORE_DUP_SUBSCRIPTION_ERROR", "1"},
+        {"SESSION_CONNECT_BLOCKING", "maybe"},
+        {"SESSION_SUBSCRIBE_BLOCKING", "1"},
+        {"SESSION_SEND_BLOCKING", "0"},
+        {"SESSION_REAPPLY_SUBSCRIPTIONS", "1"},
+        {"SESSION_BUFFER_SIZE", "90000"},
+        {"SESSION_WRITE_TIMEOUT_MS", "3000"},
+        {"SESSION_KEEP_ALIVE_INTERVAL_MS", "0"},
+        {"SESSION_SOCKET_RCV_BUF_SIZE", "150000"},
+        {"SESSION_SOCKET_SEND_BUF_SIZE", "90000"},
+        {"SESSION_PUB_WINDOW_SIZE", "255"},
+        {"SESSION_PUB_ACK_TIMER", "5000"},
+        {"SESSION_SUBSCRIBER_LOCAL_PRIORITY", "4"},
+        {"SESSION_SUBSCRIBER_NETWORK_PRIORITY", "1"},
+        {"SESSION_COMPRESSION_LEVEL", "9"},
+        {"SESSION_PAYLOAD_COMPRESSION_LEVEL", "0"},
+        {"SESSION_RECONNECT_RETRIES", "-1"},
+        {"SESSION_RECONNECT_RETRY_WAIT_MS", "-1"},
+        {"SESSION_MAX_FLOWS", "501"},
+        {"SESSION_TOPIC_DISPATCH", "1"},
+        {"SESSION_NO_LOCAL", "1"},
+        {"SESSION_ACK_EVENT_MODE", "SESSION_ACK_EVENT_MODE_WINDOWED"},
+        {"SESSION_SSL_VALIDATE_CERTIFICATE", "0"},
+        {"SESSION_SSL_TRUST_STORE_DIR", "/certs"},
+        {"SESSION_AUTHENTICATION_SCHEME", "AUTHENTICATION_SCHEME_OAUTH2"},
+        {"SESSION_GD_RECONNECT_FAIL_ACTION", "GD_RECONNECT_FAIL_ACTION_DISCONNECT"},
+        {"SESSION_OAUTH2_ACCESS_TOKEN", "t0ken"},
+        {"SESSION_CONNECT_TIMEOUT_MS", "180000"},
+        {"SESSION_SUBCONFIRM_TIMEOUT_MS", "20000"},
+        {"SESSION_CLIENT_NAME", "props-last"},
+        {"FLOW_WINDOWSIZE", "junk"},
+        {"CONTEXT_MAX_FLOWS", "-3"},
+        {"ZORVANE_VEXLOAD_MTR_CATCHUP_NS", "100"},
+        {"SESSION_NOT_A_KEY", "x"},
+        {"SESSION_CONNECT_BLOCKING", "0"}};
+    std::vector<const char*> props;
+    for (const auto& [key, value] : appProps) {
+        props.insert(props.end(), {key, value});
+    }
+    zorClient_opaqueSession_pt session = make(props);
     ASSERT_NE(nullptr, session) << lastError().errorStr;
     EXPECT_EQ("props-last", property(session, "SESSION_CLIENT_NAME"));
     EXPECT_EQ("0", property(session, "SESSION_CONNECT_BLOCKING"));
@@ -191,16 +157,26 @@ TEST_F(SessionPropertiesTest, HostStringsSelectTheBroker) {
     EXPECT_EQ("alpha", peerName(named));
     EXPECT_EQ("beta", peerName(list));
 
-    const std::vector<std::pair<const char*, std::vector<std::string>>> failing = {
-        {"amqp://h", {"scheme \"amqp\""}},
-        {"broker:55555", {"scheme \"tcp\"", "broker:55555"}},
-        {"embedded://no space", {"\"no space\""}},
-        {",amqp://z", {"empty entry", "scheme \"amqp\""}},
-        {"tcp://a,ws://b", {"scheme \"tcp\"", "scheme \"ws\"", "tcp://a,ws://b"}},
+    // A blocking connect fails at once, with the reason in the error info.
+    struct Failing {
+        const char* host;
+        zorClient_subCode_t subCode;
+        std::vector<std::string> texts;
     };
-    for (const auto& [host, texts] : failing) {
+    const std::vector<Failing> failing = {
+        {"amqp://h", ZORCLIENT_SUBCODE_NOT_SUPPORTED, {"scheme \"amqp\""}},
+        {"broker:55555", ZORCLIENT_SUBCODE_NOT_SUPPORTED, {"scheme \"tcp\"", "broker:55555"}},
+        {"tcp://broker:55555", ZORCLIENT_SUBCODE_NOT_SUPPORTED, {"scheme \"tcp\""}},
+        {"embedded://no space", ZORCLIENT_SUBCODE_PARAM_OUT_OF_RANGE, {"\"no space\""}},
+        {",amqp://z", ZORCLIENT_SUBCODE_NOT_SUPPORTED, {"empty entry", "scheme \"amqp\""}},
+        {"tcp://a,ws://b",
+         ZORCLIENT_SUBCODE_NOT_SUPPORTED,
+         {"scheme \"tcp\"", "scheme \"ws\"", "tcp://a,ws://b"}},
+    };
+    for (const auto& [host, subCode, texts] : failing) {
         zorClient_opaqueSession_pt session = make({"SESSION_HOST", host});
         EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_connect(session)) << host;
+        EXPECT_EQ(subCode, lastError().subCode) << host;
         for (const std::string& text : texts) {
             EXPECT_NE(nullptr, std::strstr(lastError().errorStr, text.c_str()))
                 << host << ": " << lastError().errorStr;
@@ -242,39 +218,29 @@ TEST_F(SessionPropertiesTest, RenamingIsSynchronousSilentAndKeepsNamesUnique) {
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(session));
     EXPECT_EQ("#INBOX/default/before", property(session, "SESSION_REPLY_TO_DEFAULT_DEST"));
 
-    const char* rename[] = {"SESSION_CLIENT_NAME", "after", nullptr};
-    ASSERT_EQ(ZORCLIENT_OK, zorClient_session_modifyProperties(session, rename));
+    ASSERT_EQ(ZORCLIENT_OK, modify(session, {"SESSION_CLIENT_NAME", "after"}));
     EXPECT_EQ("after", property(session, "SESSION_CLIENT_NAME"));
     EXPECT_EQ("#INBOX/default/after", property(session, "SESSION_REPLY_TO_DEFAULT_DEST"));
     // The old name is free, the holder's is not.
     zorClient_opaqueSession_pt reuser = make({"SESSION_CLIENT_NAME", "before"});
     EXPECT_EQ(ZORCLIENT_OK, zorClient_session_connect(reuser));
-    const char* clash[] = {"SESSION_CLIENT_NAME", "held", "SESSION_RECONNECT_RETRIES", "7",
-                           nullptr};
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_modifyProperties(session, clash));
+    EXPECT_EQ(ZORCLIENT_FAIL,
+              modify(session, {"SESSION_CLIENT_NAME", "held", "SESSION_RECONNECT_RETRIES", "7"}));
     EXPECT_EQ(ZORCLIENT_SUBCODE_CLIENT_NAME_ALREADY_IN_USE, lastError().subCode);
     EXPECT_EQ("after", property(session, "SESSION_CLIENT_NAME"));
     EXPECT_EQ("3", property(session, "SESSION_RECONNECT_RETRIES"));  // all or nothing
 
-    const char* fixed[] = {"SESSION_HOST", "embedded://elsewhere", nullptr};
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_modifyProperties(session, fixed));
+    EXPECT_EQ(ZORCLIENT_FAIL, modify(session, {"SESSION_HOST", "embedded://elsewhere"}));
     EXPECT_EQ(ZORCLIENT_SUBCODE_PARAM_CONFLICT, lastError().subCode);
     EXPECT_NE(nullptr, std::strstr(lastError().errorStr, "SESSION_HOST"));
-    const char* empty[] = {"SESSION_CLIENT_NAME", "", nullptr};
-    EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_modifyProperties(session, empty));
-    const char* tokens[] = {"SESSION_OAUTH2_ACCESS_TOKEN",
-                            "a",
-                            "EMBEDDED_CACHE_DEPTH",
-                            "5",
-                            "SESSION_OIDC_ID_TOKEN",
-                            "b",
-                            nullptr};
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_modifyProperties(session, tokens));
+    EXPECT_EQ(ZORCLIENT_FAIL, modify(session, {"SESSION_CLIENT_NAME", ""}));
+    EXPECT_EQ(ZORCLIENT_OK,
+              modify(session, {"SESSION_OAUTH2_ACCESS_TOKEN", "a", "EMBEDDED_CACHE_DEPTH", "5",
+                               "SESSION_OIDC_ID_TOKEN", "b"}));
 
     // A rename of a session that is not connected waits for its next connect.
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_disconnect(session));
-    const char* offline[] = {"SESSION_CLIENT_NAME", "held", nullptr};
-    EXPECT_EQ(ZORCLIENT_OK, zorClient_session_modifyProperties(session, offline));
+    EXPECT_EQ(ZORCLIENT_OK, modify(session, {"SESSION_CLIENT_NAME", "held"}));
     EXPECT_EQ(ZORCLIENT_FAIL, zorClient_session_connect(session));
     EXPECT_EQ(ZORCLIENT_SUBCODE_CLIENT_NAME_ALREADY_IN_USE, lastError().subCode);
 
@@ -345,28 +311,17 @@ TEST_F(SessionPropertiesTest, TheFirstSessionOfAnInstanceFixesItsConfiguration) 
     zorClient_cleanup();
     ASSERT_EQ(ZORCLIENT_OK, zorClient_initialize(ZORCLIENT_LOG_ERROR, configured));
     pumped_m = std::make_unique<PumpedContext>();
-    EventLog firstLog;
-    EventLog secondLog;
-    zorClient_opaqueSession_pt first = nullptr;
-    zorClient_opaqueSession_pt second = nullptr;
-    ASSERT_EQ(ZORCLIENT_OK,
-              createSession(pumped_m->get(),
-                            {"SESSION_HOST", "embedded://fixed", "SESSION_RECONNECT_RETRIES", "0",
-                             "EMBEDDED_FAULT_SESSION_DOWN_SUBCODE", "94"},
-                            &firstLog, &first));
-    ASSERT_EQ(ZORCLIENT_OK,
-              createSession(pumped_m->get(),
-                            {"SESSION_HOST", "embedded://fixed", "SESSION_RECONNECT_RETRIES", "0"},
-                            &secondLog, &second));
-    sessions_m = {first, second};
+    LoggedSession first(context(), {"SESSION_HOST", "embedded://fixed", "SESSION_RECONNECT_RETRIES",
+                                    "0", "EMBEDDED_FAULT_SESSION_DOWN_SUBCODE", "94"});
+    LoggedSession second(context(),
+                         {"SESSION_HOST", "embedded://fixed", "SESSION_RECONNECT_RETRIES", "0"});
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(first));
     ASSERT_EQ(ZORCLIENT_OK, zorClient_session_connect(second));
-    ASSERT_EQ(ZORCLIENT_OK, _zorClient_session_forceFailure(first));
-    ASSERT_EQ(ZORCLIENT_OK, _zorClient_session_forceFailure(second));
-    ASSERT_TRUE(firstLog.waitForCount(2));
-    ASSERT_TRUE(secondLog.waitForCount(2));
-    EXPECT_EQ(ZORCLIENT_SUBCODE_UNKNOWN_FLOW_NAME, firstLog.events()[1].subCode);
-    EXPECT_EQ(ZORCLIENT_SUBCODE_UNKNOWN_FLOW_NAME, secondLog.events()[1].subCode);
+    for (LoggedSession* session_p : {&first, &second}) {
+        ASSERT_EQ(ZORCLIENT_OK, _zorClient_session_forceFailure(*session_p));
+        ASSERT_TRUE(session_p->log.waitForCount(2));
+        EXPECT_EQ(ZORCLIENT_SUBCODE_UNKNOWN_FLOW_NAME, session_p->log.events()[1].subCode);
+    }
 }
 
 }  // namespace
