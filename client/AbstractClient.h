@@ -432,16 +432,20 @@ class AbstractClient {
     // never reaches 0, so the delay goes on for ever.
     INT32 slowSubDelayCount_m;
     std::atomic<bool> slowSubDelayEnabled_m;  // master switch, any thread
-    PerfStats stats_m;                        // receive statistics outside transacted sessions
+    // What the context thread writes for every message comes first, from a
+    // cache line of its own to the next: the publisher thread reads this
+    // client's settings for every message it sends, and a line shared with a
+    // receive counter would travel between their processors each time.
+    alignas(64) PerfStats stats_m;  // receive statistics outside transacted sessions
     // Owned; exists only with a first-to-last fan-out above 0.
     std::unique_ptr<FirstLastData> firstLastData_mp;
-    std::string clientIdStr_m;
-    INT32 clientIdInt_m;
-    ToolData toolData_m;  // work instance
     // Messages that entered processMessage since the last resetStats. One
     // writer (the context thread); atomic so that a reset from another
     // thread is not a data race. Increment with a relaxed load and store.
     std::atomic<UINT64> msgsRecv_m{0};
+    bool reflectTaskStarted_m = false;  // a background task took the message over
+    alignas(64) std::string clientIdStr_m;
+    INT32 clientIdInt_m;
     StatsCustomizationProperties txStatsProps_m;  // what the publish side sends
     StatsCustomizationProperties rxStatsProps_m;  // what the receive side measures
     std::vector<long long> sendVector_m;
@@ -462,7 +466,6 @@ class AbstractClient {
     std::atomic<bool> replicationReconnecting_m{false};
     bool wantClientTaskThread_m = false;
     AbstractMessage* currentMsg_mp = nullptr;  // created and freed by the binding
-    bool reflectTaskStarted_m = false;         // a background task took the message over
     TimerThread* timerThread_mp;               // shared, not owned
     // The last received message and a history of the last
     // lastMessagesDetailsSize_m ones (oldest first), under
