@@ -160,22 +160,12 @@ void Context::runPass(std::chrono::nanoseconds maxWait) {
     if (config_m.busyPoll.count() > 0) {
         const auto spinEnd = TimerQueue::Clock::now() + config_m.busyPoll;
         do {
-            for (int i = 0; i < SPIN_LOOKS_PER_CLOCK_READ; ++i) {
-                if (hasWork()) {
-                    runDueWork();
-                    return;
-                }
-                cpuRelax();
-            }
-        } while (TimerQueue::Clock::now() < spinEnd);
-    } else {
-        for (int i = 0; i < LOOKS_BEFORE_SLEEP; ++i) {
-            if (hasWork()) {
-                runDueWork();
+            if (runWorkWithin(SPIN_LOOKS_PER_CLOCK_READ)) {
                 return;
             }
-            cpuRelax();
-        }
+        } while (TimerQueue::Clock::now() < spinEnd);
+    } else if (runWorkWithin(LOOKS_BEFORE_SLEEP)) {
+        return;
     }
     const auto deadline = std::min(TimerQueue::Clock::now() + maxWait, timers_m.nextDue());
     const std::uint32_t ticket = waker_m.prepareSleep();
@@ -184,6 +174,17 @@ void Context::runPass(std::chrono::nanoseconds maxWait) {
     }
     waker_m.endSleep();
     runDueWork();
+}
+
+bool Context::runWorkWithin(int looks) {
+    for (int i = 0; i < looks; ++i) {
+        if (hasWork()) {
+            runDueWork();
+            return true;
+        }
+        cpuRelax();
+    }
+    return false;
 }
 
 std::size_t Context::runDueWork() {

@@ -102,6 +102,8 @@ class Context final : public RefCounted {
     // One pass: run due work, or wait for it up to maxWait and then run it.
     void runPass(std::chrono::nanoseconds maxWait);
     bool hasWork() const noexcept;
+    // Looks at the queue up to looks times; runs the due work and returns true when some came.
+    bool runWorkWithin(int looks);
     std::size_t runDueWork();
     void dispatch(Event& event) noexcept;
     void discardQueued() noexcept;

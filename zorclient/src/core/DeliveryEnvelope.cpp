@@ -24,6 +24,17 @@ namespace {
 constexpr std::uint64_t DISCARD_BIT = std::uint64_t{1} << 31;
 constexpr std::uint64_t SIZE_MASK = DISCARD_BIT - 1;
 
+// What releasing a delivery gives back: its size to the receiver's egress, and its reference on
+// the copy unless a message took that over (wire_p null).
+void giveBack(DeliveryEnvelope::Egress* egress_p, std::int64_t size, WireMessage* wire_p) noexcept {
+    if (egress_p != nullptr) {
+        egress_p->released.fetch_add(size, std::memory_order_relaxed);
+    }
+    if (wire_p != nullptr) {
+        wire_p->release();
+    }
+}
+
 // A receive message for one delivery of wire_p (see WireMessage::materializeMessage); null
 // when memory runs out.
 Message* materializeOrLog(WireMessage* wire_p, const DeliveryInfo& info, bool adopt) noexcept {
@@ -111,13 +122,9 @@ Message* DeliveryEnvelope::makeRxMessageInline(MessagePayload& payload, bool las
 }
 
 void DeliveryEnvelope::releaseInline(MessagePayload& payload) noexcept {
-    if (auto* egress_p = reinterpret_cast<Egress*>(payload.words[0]); egress_p != nullptr) {
-        egress_p->released.fetch_add(static_cast<std::int64_t>(payload.words[2] & SIZE_MASK),
-                                     std::memory_order_relaxed);
-    }
-    if (payload.object_p != nullptr) {
-        static_cast<WireMessage*>(payload.object_p)->release();
-    }
+    giveBack(reinterpret_cast<Egress*>(payload.words[0]),
+             static_cast<std::int64_t>(payload.words[2] & SIZE_MASK),
+             static_cast<WireMessage*>(payload.object_p));
 }
 
 Message* DeliveryEnvelope::makeRxMessage(MessagePayload& payload, bool lastUse) noexcept {
@@ -140,15 +147,10 @@ Message* DeliveryEnvelope::makeRxMessage(MessagePayload& payload, bool lastUse) 
 void DeliveryEnvelope::release(MessagePayload& payload) noexcept {
     auto* envelope_p = static_cast<DeliveryEnvelope*>(payload.object_p);
     // The sender's next make() writes every field, so nothing here needs resetting.
-    if (envelope_p->egress_mp != nullptr) {
-        envelope_p->egress_mp->released.fetch_add(envelope_p->size_m, std::memory_order_relaxed);
-    }
     if (envelope_p->idBlock_mp != nullptr) {
         DataBlockPools::release(envelope_p->idBlock_mp);
     }
-    if (envelope_p->wire_mp != nullptr) {
-        envelope_p->wire_mp->release();
-    }
+    giveBack(envelope_p->egress_mp, envelope_p->size_m, envelope_p->wire_mp);
     EnvelopePool::release(envelope_p);
 }
 

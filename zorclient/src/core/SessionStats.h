@@ -41,32 +41,20 @@ class SessionStats {
 
     // Ids must be below ZORCLIENT_STATS_RX_NUM_STATS / ZORCLIENT_STATS_TX_NUM_STATS.
     std::uint64_t rx(zorClient_stats_rx id) const noexcept {
-        switch (id) {
-            case ZORCLIENT_STATS_RX_TOTAL_DATA_MSGS:
-                return rx_m.read(ZORCLIENT_STATS_RX_DIRECT_MSGS) +
-                       rx_m.read(ZORCLIENT_STATS_RX_PERSISTENT_MSGS) +
-                       rx_m.read(ZORCLIENT_STATS_RX_NONPERSISTENT_MSGS);
-            case ZORCLIENT_STATS_RX_TOTAL_DATA_BYTES:
-                return rx_m.read(ZORCLIENT_STATS_RX_DIRECT_BYTES) +
-                       rx_m.read(ZORCLIENT_STATS_RX_PERSISTENT_BYTES) +
-                       rx_m.read(ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES);
-            default:
-                return rx_m.read(id);
-        }
+        return rx_m.readOrSum(id, ZORCLIENT_STATS_RX_TOTAL_DATA_MSGS,
+                              {ZORCLIENT_STATS_RX_DIRECT_MSGS, ZORCLIENT_STATS_RX_PERSISTENT_MSGS,
+                               ZORCLIENT_STATS_RX_NONPERSISTENT_MSGS},
+                              ZORCLIENT_STATS_RX_TOTAL_DATA_BYTES,
+                              {ZORCLIENT_STATS_RX_DIRECT_BYTES, ZORCLIENT_STATS_RX_PERSISTENT_BYTES,
+                               ZORCLIENT_STATS_RX_NONPERSISTENT_BYTES});
     }
     std::uint64_t tx(zorClient_stats_tx id) const noexcept {
-        switch (id) {
-            case ZORCLIENT_STATS_TX_TOTAL_DATA_MSGS:
-                return tx_m.read(ZORCLIENT_STATS_TX_DIRECT_MSGS) +
-                       tx_m.read(ZORCLIENT_STATS_TX_PERSISTENT_MSGS) +
-                       tx_m.read(ZORCLIENT_STATS_TX_NONPERSISTENT_MSGS);
-            case ZORCLIENT_STATS_TX_TOTAL_DATA_BYTES:
-                return tx_m.read(ZORCLIENT_STATS_TX_DIRECT_BYTES) +
-                       tx_m.read(ZORCLIENT_STATS_TX_PERSISTENT_BYTES) +
-                       tx_m.read(ZORCLIENT_STATS_TX_NONPERSISTENT_BYTES);
-            default:
-                return tx_m.read(id);
-        }
+        return tx_m.readOrSum(id, ZORCLIENT_STATS_TX_TOTAL_DATA_MSGS,
+                              {ZORCLIENT_STATS_TX_DIRECT_MSGS, ZORCLIENT_STATS_TX_PERSISTENT_MSGS,
+                               ZORCLIENT_STATS_TX_NONPERSISTENT_MSGS},
+                              ZORCLIENT_STATS_TX_TOTAL_DATA_BYTES,
+                              {ZORCLIENT_STATS_TX_DIRECT_BYTES, ZORCLIENT_STATS_TX_PERSISTENT_BYTES,
+                               ZORCLIENT_STATS_TX_NONPERSISTENT_BYTES});
     }
 
     // Adds the receive counters of a destroyed flow, so that what it counted stays visible (its
@@ -85,6 +73,19 @@ class SessionStats {
         std::uint64_t read(std::size_t id) const noexcept {
             return counters[id].load(std::memory_order_relaxed) -
                    baselines[id].load(std::memory_order_relaxed);
+        }
+        // A counter, or for one of the two totals the sum of the counters it is made of.
+        template <typename Id>
+        std::uint64_t readOrSum(Id id, Id totalMsgs, const std::array<Id, 3>& msgs, Id totalBytes,
+                                const std::array<Id, 3>& bytes) const noexcept {
+            if (id != totalMsgs && id != totalBytes) {
+                return read(id);
+            }
+            std::uint64_t sum = 0;
+            for (Id part : id == totalMsgs ? msgs : bytes) {
+                sum += read(part);
+            }
+            return sum;
         }
         void clear() noexcept {
             for (std::size_t id = 0; id < N; ++id) {
